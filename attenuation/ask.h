@@ -1,0 +1,25 @@
+// The questions of the main dialogue, all in the terminal's width.
+
+#ifndef ATTENUATION_ASK_H_
+#define ATTENUATION_ASK_H_
+
+#include <string_view>
+
+#include "base/text.h"
+
+namespace attenuation {
+
+// Asks for a number; `form` is its format (see trlnu). A quit keeps `value`.
+float ask_value(std::string_view question, std::string_view form, float value,
+                std::string_view help_key);
+
+// Asks for a text; a quit gives "*".
+base::Text<132> ask_string(std::string_view question, std::string_view answer,
+                           std::string_view help_key);
+
+// Asks a yes/no question with the default yes; a quit is a no.
+bool ask_yes(std::string_view question, std::string_view help_key);
+
+}  // namespace attenuation
+
+#endif  // ATTENUATION_ASK_H_

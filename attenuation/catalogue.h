@@ -1,0 +1,94 @@
+// The samples that the program offers.
+
+#ifndef ATTENUATION_CATALOGUE_H_
+#define ATTENUATION_CATALOGUE_H_
+
+#include <array>
+#include <string_view>
+
+namespace attenuation {
+
+enum class Kind {
+  kElement,      // a given element
+  kSymbol,       // an element whose symbol is asked
+  kComposition,  // a given composition
+  kFormula,      // a compound whose formula is asked
+  kTwoLines,     // the same at the two gamma lines of 57Co
+};
+
+struct Atoms {
+  int index = 0;  // into the element list, which is the atomic number
+  int count = 0;
+};
+
+struct Sample {
+  std::string_view text;  // in the menu
+  std::string_view help_key;
+  Kind kind;
+  std::string_view element;  // name, Kind::kElement only
+  float density;             // g/cm3; default where it is asked
+  float energy;              // default photon energy, keV
+  std::string_view form;     // how the energy is shown, element samples only
+  std::array<Atoms, 6> atoms{};  // Kind::kComposition only
+};
+
+// Elements get their density from the density table.
+inline constexpr std::array<Sample, 11> kCatalogue{{
+    {"1 Nickel foil", "read/element", Kind::kElement, "Nickel", 8.908F, 122.0F,
+     "f8.2"},
+    {"2 Iron foil", "read/element", Kind::kElement, "Iron", 7.874F, 14.4F,
+     "f8.2"},
+    {"3 Lead shielding", "read/element", Kind::kElement, "Lead", 11.342F,
+     122.0F, "f8.1"},
+    {"4 Aluminium foil", "read/element", Kind::kElement, "Aluminum", 2.7F,
+     14.4F, "f8.2"},
+    {"5 ES: element symbol", "read/element", Kind::kSymbol, "", 8.92F, 14.4F,
+     "f8.2"},
+    {"6 mylar C_10H_8O_4",
+     "read/mylar",
+     Kind::kComposition,
+     "",
+     1.38F,
+     14.4F,
+     "",
+     {{{6, 10}, {1, 8}, {8, 4}}}},
+    {"7 teflon C_2F_4",
+     "read/teflon",
+     Kind::kComposition,
+     "",
+     2.2F,
+     14.4F,
+     "",
+     {{{6, 2}, {9, 4}}}},
+    // Two hydrogen atoms, not the four of the dihydrate: the preset's own
+    // count, kept so that results stay comparable.
+    {"8 Na_2Fe[(CN)_5NO]2H_2O",
+     "read/sodiumnitrop",
+     Kind::kComposition,
+     "",
+     1.72F,
+     14.4F,
+     "",
+     {{{11, 2}, {26, 1}, {6, 5}, {7, 6}, {8, 3}, {1, 2}}}},
+    {"9 FAS",
+     "read/fas",
+     Kind::kComposition,
+     "",
+     1.86F,
+     14.4F,
+     "",
+     {{{7, 2}, {1, 20}, {26, 1}, {16, 2}, {8, 14}}}},
+    {"10 compound", "read/compound", Kind::kFormula, "", 0.0F, 14.4F, ""},
+    {"11 0.111(136.5keV), 0.889(122.0keV)", "read/bgco57", Kind::kTwoLines, "",
+     1.86F, 122.01F, ""},
+}};
+
+// The two-line source: the gamma lines of 57Co, and their shares among the
+// photons of both.
+inline constexpr float kUpperLine = 136.46F;  // keV; the lower is the entry's
+inline constexpr float kLowerShare = 0.889F;
+inline constexpr float kUpperShare = 0.111F;
+
+}  // namespace attenuation
+
+#endif  // ATTENUATION_CATALOGUE_H_

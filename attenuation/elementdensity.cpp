@@ -1,0 +1,100 @@
+#include "attenuation/elementdensity.h"
+
+#include <string>
+#include <string_view>
+
+#include "base/array.h"
+#include "base/fatal.h"
+#include "base/text.h"
+#include "base/unit.h"
+#include "help/query.h"
+#include "terminal/window.h"
+#include "toolkit/text/harmless.h"
+#include "toolkit/text/itoc8.h"
+#include "toolkit/text/trlch.h"
+
+namespace attenuation {
+namespace {
+
+using base::Text;
+using help::scrd;
+
+// The next record of the density file and its element code.
+int read_record(base::Unit& file, Text<80>& ch80) {
+  file.read(ch80);
+  Text<8> ch8 = ch80.columns<1, 8>();
+  int mz = 0;
+  toolkit::c8toi(ch8, mz);
+  return mz;
+}
+
+// Fills the query tables with the modifications of `nz`; returns how many.
+int read_modifications(int nz) {
+  base::Unit& file = base::unit(2);
+  file.open("dichte.dat");
+  const base::UnitCloser closer(file);
+  Text<80> ch80;
+  int lq = 0;
+  try {
+    int mz = 0;
+    while (mz != nz) mz = read_record(file, ch80);
+    while (mz == nz) {
+      scrd.queryar(++lq) = toolkit::harmless(ch80.columns<9, 80>());
+      mz = read_record(file, ch80);
+    }
+  } catch (base::EndOfFile& end) {
+    end.advise((lq == 0 ? "no density for the element with the atomic number "
+                        : "no record follows the densities of the element with"
+                          " the atomic number ") +
+               std::to_string(nz) + "; " + end.advice());
+    throw;
+  } catch (base::RangeError& error) {
+    error.advise(
+        "dichte.dat: an element has at most 64 modifications, an atomic number"
+        " at most 7 columns; the record is \"" +
+        toolkit::harmless(ch80.trimmed()) + "\"");
+    throw;
+  }
+  for (int i = 1; i <= lq; ++i) scrd.ext(i) = "";
+  return lq;
+}
+
+// The density is the first number from column 39 of a record on, which is
+// column 31 of the menu's entry.
+std::string_view density_text(const Text<132>& entry) {
+  return entry.columns<31, 132>();
+}
+
+}  // namespace
+
+float elementdensity(int nz) {
+  int lq = read_modifications(nz);
+  int lk = lq;
+  const auto as_read = scrd.queryar;
+
+  Text<80> chdf = scrd.queryar(1).columns<1, 10>();
+  chdf.at(80, "chdf") = '#';
+  // Meant: only the first two lines have the help of modifications.
+  scrd.helpar(1) = scrd.helpar(2) = "read/modification";
+  Text<132> title = "density of the modifications";
+  help::query(lq, lk, title, chdf);
+
+  try {
+    const std::string_view chosen = density_text(scrd.queryar(lq));
+    if (chosen != density_text(as_read(lq))) {
+      base::fatal("The menu has cut the density off",
+                  "the terminal has only " +
+                      std::to_string(terminal::term.ncol(1)) +
+                      " columns: make it wider, 50 are enough");
+    }
+    int iout = 0;
+    base::Array<float, 32> out{"out"};
+    toolkit::trlch(60, chosen, iout, out);
+    return out(1);
+  } catch (base::RangeError& error) {
+    error.advise("no density was chosen: choose a modification with RET");
+    throw;
+  }
+}
+
+}  // namespace attenuation

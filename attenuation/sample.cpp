@@ -1,0 +1,177 @@
+#include "attenuation/sample.h"
+
+#include <cmath>
+#include <string>
+
+#include "attenuation/ask.h"
+#include "attenuation/atcoefficient.h"
+#include "attenuation/coefficientfile.h"
+#include "attenuation/contentformula.h"
+#include "attenuation/elementdensity.h"
+#include "attenuation/report.h"
+#include "base/fatal.h"
+#include "base/text.h"
+#include "base/unit.h"
+#include "help/query.h"
+#include "toolkit/text/itoc8.h"
+
+namespace attenuation {
+namespace {
+
+using base::Text;
+using help::scrd;
+
+// A composition as contentformula gives it.
+struct Formula {
+  int j = 0;
+  Composition indx{"indx"};
+  Composition mult{"mult"};
+};
+
+Formula preset(const Sample& sample) {
+  Formula formula;
+  for (const Atoms& atoms : sample.atoms) {
+    if (atoms.count == 0) break;
+    formula.indx(++formula.j) = atoms.index;
+    formula.mult(formula.j) = atoms.count;
+  }
+  return formula;
+}
+
+float coefficient_at(float default_energy, const Formula& formula,
+                     const ElementList& elements) {
+  float value = default_energy;
+  float atc = 0.0F;
+  atcoefficient(base::kTerminalInput, base::kTerminalOutput, formula.j,
+                formula.indx, formula.mult, elements.ename, elements.emolweight,
+                value, atc);
+  return atc;
+}
+
+Text<12> asked_element(const ElementList& elements) {
+  const Text<132> answer =
+      ask_string("symbol for the element", "Cu", "read/element");
+  return elements.ename(
+      element_with_symbol(elements.es, answer.columns<1, 2>()));
+}
+
+SampleInBeam set_up_element(const Text<12>& name, const Sample& sample) {
+  constexpr int kWidth = 7;
+  const float energy = ask_value("Photon energy in keV", sample.form,
+                                 sample.energy, "read/energy");
+  const base::UnitCloser closer(base::unit(1));
+  Text<16> element;
+  find_element(name, element);
+  Text<8> ch8 = element.columns<4, 11>();
+  int nz = 0;
+  toolkit::c8toi(ch8, nz);
+  if (nz < 1) {
+    base::fatal("No atomic number in '" + std::string(kCoefficientFile) + "'",
+                "the record after \"" + std::string(name.trimmed()) +
+                    "\" must hold it in columns 4 to 10");
+  }
+  SampleInBeam in_beam;
+  in_beam.density = elementdensity(nz);
+  attenuation_of(name, energy, in_beam.atc);
+  report_coefficient(in_beam.atc, in_beam.density, kWidth);
+  return in_beam;
+}
+
+SampleInBeam set_up_compound(const Formula& formula, float density,
+                             const Sample& sample,
+                             const ElementList& elements) {
+  constexpr int kWidth = 6;
+  SampleInBeam in_beam;
+  in_beam.density = density;
+  in_beam.atc = coefficient_at(sample.energy, formula, elements);
+  report_coefficient(in_beam.atc, in_beam.density, kWidth);
+  return in_beam;
+}
+
+SampleInBeam set_up_asked_compound(const Sample& sample,
+                                   const ElementList& elements) {
+  const Text<132> answer = ask_string(
+      "formula of the compound", "N_2H_8Fe_1S_2O_8H_12O_6", "read/compound");
+  const float density = ask_value("density of the compound g/cm3", "f8.2",
+                                  sample.density, "read/density");
+  Formula formula;
+  contentformula(answer, elements.es, formula.j, formula.indx, formula.mult);
+  if (sample.kind == Kind::kFormula) {
+    return set_up_compound(formula, density, sample, elements);
+  }
+  SampleInBeam in_beam;
+  in_beam.source = Source::kTwoLines;
+  in_beam.density = density;
+  in_beam.atc1 = coefficient_at(sample.energy, formula, elements);
+  in_beam.atc2 = coefficient_at(kUpperLine, formula, elements);
+  return in_beam;
+}
+
+enum Unit { kArealMass = 1, kMillimetres = 2 };
+
+// The unit for the next thickness: the entry of the menu, 0 if it was left
+// without a choice. The unit chosen last is the default.
+int asked_unit(int last_choice) {
+  Text<80> ch80 = last_choice == kMillimetres ? "mm" : "mg/cm2";
+  ch80.at(80, "ch80") = '#';
+  scrd.queryar(1) = "thickness mg/cm2";
+  scrd.helpar(1) = "read/mgcm2";
+  scrd.queryar(2) = "thickness in mm";
+  scrd.helpar(2) = "read/thickness";
+  scrd.ext(1) = scrd.ext(2) = "";
+  int lq = 2;
+  int lk = 2;
+  Text<132> title = "thickness of the sample";
+  help::query(lq, lk, title, ch80);
+  return lq;
+}
+
+// The areal mass in g/cm2.
+float asked_thickness(int unit, float density) {
+  if (unit == kArealMass) {
+    return ask_value("thickness mg/cm2", "f8.2", 100.0F, "read/mgcm2") /
+           1000.0F;
+  }
+  const float mm = ask_value("thickness in mm", "f8.4", 0.125F, "read/mgcm2");
+  return mm * density / 10.0F;
+}
+
+void report(const SampleInBeam& sample, float thick) {
+  report_areal_mass(thick);
+  if (sample.source == Source::kTwoLines) {
+    const float trm = kLowerShare * std::exp(-sample.atc1 * thick) +
+                      kUpperShare * std::exp(-sample.atc2 * thick);
+    report_exponents(sample.atc1 * thick, sample.atc2 * thick);
+    report_transmission(trm);
+  } else {
+    report_transmission(std::exp(-sample.atc * thick));
+  }
+}
+
+}  // namespace
+
+SampleInBeam set_up(const Sample& sample, const ElementList& elements) {
+  switch (sample.kind) {
+    case Kind::kElement:
+      return set_up_element(sample.element, sample);
+    case Kind::kSymbol:
+      return set_up_element(asked_element(elements), sample);
+    case Kind::kComposition:
+      return set_up_compound(preset(sample), sample.density, sample, elements);
+    case Kind::kFormula:
+    case Kind::kTwoLines:
+      return set_up_asked_compound(sample, elements);
+  }
+  return {};
+}
+
+void thickness_loop(const SampleInBeam& sample) {
+  // Without a density there is no menu, and no thickness in mm.
+  int unit = kArealMass;
+  do {
+    if (sample.density > 0.0F) unit = asked_unit(unit);
+    report(sample, asked_thickness(unit, sample.density));
+  } while (ask_yes("new value for the thickness", "read/repeat"));
+}
+
+}  // namespace attenuation

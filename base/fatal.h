@@ -1,0 +1,69 @@
+// The one way out of a run that cannot go on.
+//
+// A fatal end is an exception, so that every guard on the way out (terminal
+// settings, open files) does its work, and so that a caller who knows what the
+// user was doing can add the line that helps. `run` catches it, gives the
+// terminal back and ends the program with status 2.
+
+#ifndef BASE_FATAL_H_
+#define BASE_FATAL_H_
+
+#include <array>
+#include <exception>
+#include <string>
+
+#include "base/source_position.h"
+
+namespace base {
+
+// Exit status of a program that ended fatally.
+inline constexpr int kFatalStatus = 2;
+
+class FatalEnd : public std::exception {
+ public:
+  // cause   what went wrong, in terms of the program
+  // advice  what the user can do about it; blank where nobody knows
+  explicit FatalEnd(std::string cause, std::string advice = {},
+                    SourcePosition at = SourcePosition::current());
+
+  const std::string& cause() const { return cause_; }
+  const std::string& advice() const { return advice_; }
+  const char* what() const noexcept override { return cause_.c_str(); }
+
+  // Sets the line for the user; the outermost caller knows most and wins.
+  void advise(std::string advice) { advice_ = std::move(advice); }
+
+  // Source position, cause, advice and the program's own calls, for standard
+  // error.
+  std::string report() const;
+
+ private:
+  std::string cause_;
+  std::string advice_;
+  SourcePosition at_;
+  std::array<void*, 64> frames_{};
+  int frame_count_ = 0;
+};
+
+// A subscript or substring outside its bounds.
+class RangeError : public FatalEnd {
+  using FatalEnd::FatalEnd;
+};
+
+// A file, or the input of the dialogue, ended where more was needed.
+class EndOfFile : public FatalEnd {
+  using FatalEnd::FatalEnd;
+};
+
+[[noreturn]] void fatal(std::string cause, std::string advice = {},
+                        SourcePosition at = SourcePosition::current());
+
+// Runs `program` and returns the exit status: 0, or kFatalStatus after a fatal
+// end, which is reported on standard error. By then the guards have put the
+// terminal's settings back; on a terminal, attributes are reset and the report
+// begins on a fresh line.
+int run(void (*program)());
+
+}  // namespace base
+
+#endif  // BASE_FATAL_H_

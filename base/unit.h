@@ -1,0 +1,111 @@
+// File units: numbered channels that read and write records.
+//
+// A record is a line. It ends in LF or CR LF; the last line of a file needs no
+// end. Records are read into fixed-length fields: longer lines are cut,
+// shorter ones padded with blanks.
+//
+// Unit 5 is standard input, unit 6 standard output. Standard input is read one
+// byte at a time, so that single keys, Readline and whatever is started from
+// the program find every byte that the dialogue did not ask for.
+
+#ifndef BASE_UNIT_H_
+#define BASE_UNIT_H_
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/source_position.h"
+#include "base/text.h"
+
+namespace base {
+
+inline constexpr int kTerminalInput = 5;
+inline constexpr int kTerminalOutput = 6;
+inline constexpr int kScriptUnit = 10;
+
+class Unit {
+ public:
+  // number  the unit's number, for messages
+  // fd      descriptor of a channel that is open for the whole run, or -1
+  explicit Unit(int number, int fd = -1);
+  ~Unit();
+  Unit(const Unit&) = delete;
+  Unit& operator=(const Unit&) = delete;
+
+  // Opens `file` for reading from its start. Trailing blanks are no part of
+  // the name. Fatal: no such regular file, or no permission.
+  void open(std::string_view file,
+            SourcePosition at = SourcePosition::current());
+  // The same, but tells instead of ending the run when it cannot be opened.
+  [[nodiscard]] bool try_open(std::string_view file);
+  // Creates or empties `file` for writing. Fatal: it cannot be written.
+  void create(std::string_view file,
+              SourcePosition at = SourcePosition::current());
+  void rewind();
+  void close();
+
+  // Reads the next record; false at the end of the file.
+  template <int N>
+  [[nodiscard]] bool try_read(Text<N>& record) {
+    const std::optional<std::string_view> line = next_line();
+    if (!line) return false;
+    record = *line;
+    return true;
+  }
+  // Reads a record that must be there. Fatal (EndOfFile): the file ends first.
+  template <int N>
+  void read(Text<N>& record, SourcePosition at = SourcePosition::current()) {
+    if (!try_read(record)) end_of_file(at);
+  }
+
+  // One byte of the file, 0..255, or -1 at its end.
+  [[nodiscard]] int read_byte();
+
+  // Writes one record, its line end included, in a single call.
+  void write(std::string_view record);
+
+  [[noreturn]] void end_of_file(
+      SourcePosition at = SourcePosition::current()) const;
+
+ private:
+  // The next line without its end, valid until the next read; nothing at the
+  // end of the file.
+  std::optional<std::string_view> next_line();
+  std::optional<std::string_view> next_buffered_line();
+  std::optional<std::string_view> next_typed_line();
+  std::size_t read_some(char* into, std::size_t room);
+  bool refill();
+  bool permanent() const {
+    return number_ == kTerminalInput || number_ == kTerminalOutput;
+  }
+
+  int number_;
+  int fd_;
+  std::string file_;
+  std::vector<char> buffer_;
+  std::string long_line_;
+  std::size_t begin_ = 0;  // unread part of buffer_
+  std::size_t end_ = 0;
+};
+
+// The unit of that number: 1, 2, 3, 5, 6 or 10. A range error for any other.
+Unit& unit(int number);
+
+// Closes a unit at the end of a scope, however the scope is left.
+class UnitCloser {
+ public:
+  explicit UnitCloser(Unit& unit) : unit_(unit) {}
+  ~UnitCloser() { unit_.close(); }
+  UnitCloser(const UnitCloser&) = delete;
+  UnitCloser& operator=(const UnitCloser&) = delete;
+
+ private:
+  Unit& unit_;
+};
+
+}  // namespace base
+
+#endif  // BASE_UNIT_H_

@@ -1,0 +1,315 @@
+#include "help/helproutine.h"
+
+#include <algorithm>
+#include <cctype>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/array.h"
+#include "base/fatal.h"
+#include "base/unit.h"
+#include "help/help.h"
+#include "help/query.h"
+#include "help/viewdvi.h"
+#include "terminal/window.h"
+#include "toolkit/text/harmless.h"
+#include "toolkit/text/nextchar.h"
+#include "toolkit/text/stringlength.h"
+
+namespace help {
+namespace {
+
+using base::Text;
+using Record = Text<132>;
+
+constexpr std::string_view kNormal = "\x1b[0m";
+constexpr int kLevels = 4;
+constexpr int kMostLinks = 32;  // followed without a text in between
+
+void show(std::string_view line) { base::unit(cmpa.nwrwin).write(line); }
+
+// Waits for an answer line below a page; true if the text shall end.
+bool answered_quit() {
+  Text<80> answer;
+  base::unit(base::kTerminalInput).read(answer);
+  show(" \x1b[2A");
+  const char first = answer.columns<1, 1>().front();
+  return first == 'q' || first == '*';
+}
+
+// A text record as it goes to the terminal. The attribute stands right-
+// justified in five columns.
+std::string marked_up(const Record& record) {
+  const std::string text = toolkit::harmless(record.trimmed());
+  const std::string_view mark = record.columns<1, 3>();
+  std::string_view attribute;
+  if (mark == "\\bf") attribute = " \x1b[1m";
+  if (mark == "\\ul") attribute = " \x1b[4m";
+  if (mark == "\\bc") attribute = "\x1b[34m";
+  if (attribute.empty()) return text;
+  return std::string(attribute) + text.substr(3) + std::string(kNormal);
+}
+
+std::string first_word(const Record& record, int column) {
+  Record word;
+  int first = 0;
+  int length = 0;
+  toolkit::nextchar(record.columns(column, 132, "record"), 0, first, word,
+                    length);
+  return std::string(word.columns(1, length, "word"));
+}
+
+bool safe_for_shell(const std::string& name) {
+  return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '.' ||
+           c == '_' || c == '-';
+  });
+}
+
+// The related entries of one entry.
+struct Level {
+  int count = 0;
+  base::Array<Text<80>, 32> que{"que"};
+  std::string document;  // of the last "more"
+  std::string details;   // of the last "details"
+};
+
+// The menus of the browser overwrite the entries of the menu that help was
+// asked from.
+class KeptQueryTables {
+ public:
+  KeptQueryTables() : queryar_(scrd.queryar), ext_(scrd.ext) {}
+  ~KeptQueryTables() {
+    scrd.queryar = queryar_;
+    scrd.ext = ext_;
+  }
+  KeptQueryTables(const KeptQueryTables&) = delete;
+  KeptQueryTables& operator=(const KeptQueryTables&) = delete;
+
+ private:
+  const base::Array<Text<132>, 64> queryar_;
+  const base::Array<Text<16>, 64> ext_;
+};
+
+class Browser {
+ public:
+  explicit Browser(const Record& helpfile) : helpfile_(helpfile) {}
+
+  void run(const Record& chcom) {
+    cmpa.nwrwin = base::kTerminalOutput;
+    terminal::window(1);
+    page_rows_ = std::max(terminal::term.nrows(1), 1);
+    if (!helpfile_.blank() && file_.try_open(helpfile_.trimmed())) {
+      const base::UnitCloser closer(file_);
+      const KeptQueryTables kept;
+      browse(chcom);
+    }
+    show("\x1b[31m \x1b[1A");
+    show("   from help-file:" +
+         toolkit::harmless(base::trimmed(helpfile_.columns<1, 64>())) + " " +
+         std::string(kNormal));
+  }
+
+ private:
+  void browse(const Record& chcom) {
+    int length = 0;
+    Record key = chcom;
+    toolkit::stringlength(key, length);
+    if (key.trimmed().ends_with('*')) {
+      key = key.trimmed().substr(0, key.trimmed().size() - 1);
+      list_headers(key);
+      return;
+    }
+    for (std::optional<Record> next = key; next;) {
+      if (!find(*next) || !show_text(*next)) return;
+      const Level related = related_entries();
+      if (related.count > 0) {
+        if (level_ == kLevels) {
+          show(" there was no way back to the preceeding level");
+          return;
+        }
+        levels_(++level_) = related;
+      }
+      next = chosen_entry();
+    }
+  }
+
+  bool read() {
+    if (file_.try_read(record_)) return true;
+    record_ = "/";  // the end of the file ends a text
+    return false;
+  }
+
+  // Leaves the file behind the header of `key`.
+  bool find(const Record& key) {
+    file_.rewind();
+    while (read()) {
+      Record candidate = record_;
+      int length = 0;
+      toolkit::stringlength(candidate, length);
+      if (candidate == key) return true;
+    }
+    not_found(key);
+    return false;
+  }
+
+  void not_found(const Record& key) {
+    show("no entry found for " + toolkit::harmless(key.trimmed()) +
+         " in helpfile:");
+    show(toolkit::harmless(helpfile_.trimmed()));
+  }
+
+  void list_headers(const Record& key) {
+    int shown = 0;
+    while (read()) {
+      Record header = record_;
+      int length = 0;
+      toolkit::stringlength(header, length);
+      const bool is_header = header.columns<1, 1>() == "/" &&
+                             header.columns<2, 2>() != "#" &&
+                             header.columns<2, 2>() != ">";
+      if (!is_header || !header.trimmed().starts_with(key.trimmed())) continue;
+      show(toolkit::harmless(header.trimmed()));
+      if (++shown % page_rows_ == 0 && answered_quit()) return;
+    }
+    if (shown == 0) {
+      not_found(key);
+    } else if (shown % page_rows_ != 0) {
+      static_cast<void>(answered_quit());
+    }
+  }
+
+  // Shows the text of the entry `key`, behind whose header the file stands,
+  // following links. Leaves in `record_` the record that ended it, or where
+  // the user had enough of it. False when a link leads nowhere.
+  bool show_text(Record key) {
+    for (int links = 0;;) {
+      int shown = 0;
+      while (shown < page_rows_ && read() && !ends_text()) {
+        show(marked_up(record_));
+        ++shown;
+      }
+      if (shown == 0 && record_.columns<1, 2>() == "/>") {
+        if (++links > kMostLinks) {
+          show(" the links of the entry " + toolkit::harmless(key.trimmed()) +
+               " lead in a circle");
+          return false;
+        }
+        key = "/" + std::string(record_.columns<3, 132>());
+        if (!find(key)) return false;
+        continue;
+      }
+      if (shown == 0) return true;
+      links = 0;
+      if (answered_quit() || shown < page_rows_) return true;
+    }
+  }
+
+  bool ends_text() const { return record_.columns<1, 1>() == "/"; }
+
+  Level related_entries() {
+    Level level;
+    for (; record_.columns<1, 2>() == "/#"; read()) {
+      Text<80> entry = record_.columns<3, 132>();
+      if (record_.columns<3, 6>() == "more") {
+        entry = "more";
+        level.document = first_word(record_, 8);
+      } else if (record_.columns<3, 9>() == "details") {
+        entry = "details";
+        level.details = first_word(record_, 11);
+      }
+      try {
+        level.que(level.count + 1) = entry;
+      } catch (base::RangeError& error) {
+        error.advise("the help file " + toolkit::harmless(helpfile_.trimmed()) +
+                     " has an entry with more than 32 related entries: split"
+                     " the entry");
+        throw;
+      }
+      ++level.count;
+    }
+    return level;
+  }
+
+  // The entry to go on with; nothing when the user is done.
+  std::optional<Record> chosen_entry() {
+    while (level_ > 0) {
+      const Level& level = levels_(level_);
+      const int choice = choice_from(level);
+      if (choice == 0) {
+        --level_;
+        continue;
+      }
+      const Text<80>& entry = level.que(choice);
+      if (entry == "more") {
+        view_document(level.document);
+        return std::nullopt;
+      }
+      if (entry == "details") {
+        show_details(level.details);
+        return std::nullopt;
+      }
+      show("");
+      return "/" + std::string(entry.trimmed());
+    }
+    return std::nullopt;
+  }
+
+  // The related entry the user picks, 1..count; 0 for going back.
+  int choice_from(const Level& level) {
+    scrd.queryar(1) = "return";
+    scrd.ext(1) = "";
+    for (int i = 1; i <= level.count; ++i) {
+      scrd.queryar(i + 1) = toolkit::harmless(level.que(i).trimmed());
+      scrd.ext(i + 1) = "";
+    }
+    int lq = level.count + 1;
+    int lk = lq;
+    Text<132> cheader = "further related information";
+    Text<80> chdf = "return";
+    chdf.at(80, "chdf") = '#';
+    query(lq, lk, cheader, chdf);
+    return std::max(lq - 1, 0);
+  }
+
+  void view_document(const std::string& name) {
+    if (!safe_for_shell(name)) {
+      show(" the document name " + toolkit::harmless(name) +
+           " has characters other than letters, digits, \".\", \"_\", \"-\"");
+      return;
+    }
+    viewdvi(("$ZOXUHEPATH/dvifiles/" + name + "/" + name + ".dvi &").c_str());
+  }
+
+  void show_details(const std::string& name) {
+    const std::string file =
+        std::string(cmpa.zoxuhepath.trimmed()) + "/" + name;
+    base::Unit& details = base::unit(2);
+    if (!details.try_open(file)) {
+      show(" file " + toolkit::harmless(file) + " for details not found");
+      show("");
+      return;
+    }
+    const base::UnitCloser closer(details);
+    for (Text<80> line; details.try_read(line);) {
+      show(Text<80>(toolkit::harmless(line.full())).full());
+    }
+  }
+
+  const Record& helpfile_;
+  base::Unit& file_ = base::unit(3);
+  Record record_;  // the record read last
+  int page_rows_ = 1;
+  int level_ = 0;
+  base::Array<Level, kLevels> levels_{"levels"};
+};
+
+}  // namespace
+
+void helproutine(const base::Text<132>& chcom,
+                 const base::Text<132>& helpfile) {
+  Browser(helpfile).run(chcom);
+}
+
+}  // namespace help
