@@ -1,5 +1,6 @@
 #include "attenuation/contentformula.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -83,6 +84,20 @@ void contentformula(const Text<132>& formula, const Symbols& es, int& j,
     throw;
   }
   --j;
+}
+
+bool counts_are_numbers(const Text<132>& formula) {
+  std::string_view rest = base::trimmed(without_leading_blanks(formula.full()));
+  while (!rest.empty()) {
+    const auto mark = rest.find('_');
+    if (mark != 1 && mark != 2) return false;
+    rest.remove_prefix(mark + 1);
+    const auto end =
+        std::min(rest.find_first_not_of("0123456789"), rest.size());
+    if (end == 0) return false;
+    rest.remove_prefix(end);
+  }
+  return true;
 }
 
 }  // namespace attenuation

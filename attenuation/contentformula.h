@@ -32,6 +32,10 @@ using Composition = base::Array<int, kComponents>;
 void contentformula(const base::Text<132>& formula, const Symbols& es, int& j,
                     Composition& indx, Composition& mult);
 
+// Whether every symbol has "_" and a number of its own. contentformula reads
+// "H_2O" too, with a count that nobody meant.
+bool counts_are_numbers(const base::Text<132>& formula);
+
 }  // namespace attenuation
 
 #endif  // ATTENUATION_CONTENTFORMULA_H_

@@ -28,8 +28,8 @@ void write_banner() {
       " published by National Institute of Standards and Technology (NIST)",
       " by J. H. Hubbell, S. M. Seltzer and M. J. Berger",
       " and",
-      " Das Periodensystem der Elemente online:Dichte der Elemente im"
-      " Festzustand",
+      (" Das Periodensystem der Elemente online:Dichte der Elemente im"
+       " Festzustand"),
       " with densities from handbooks, NIST and X-ray lattice constants",
       "",
       "",

@@ -13,6 +13,7 @@
 #include "base/text.h"
 #include "base/unit.h"
 #include "help/query.h"
+#include "toolkit/text/harmless.h"
 #include "toolkit/text/itoc8.h"
 
 namespace attenuation {
@@ -96,6 +97,13 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
                                   sample.density, "read/density");
   Formula formula;
   contentformula(answer, elements.es, formula.j, formula.indx, formula.mult);
+  if (!counts_are_numbers(answer)) {
+    base::fatal("A count is missing in the formula",
+                "cannot read the formula \"" +
+                    toolkit::harmless(answer.trimmed()) +
+                    "\": write symbol, underscore and count of each element,"
+                    " as in Cu_1S_1O_4H_10O_5");
+  }
   if (sample.kind == Kind::kFormula) {
     return set_up_compound(formula, density, sample, elements);
   }

@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdint>
+#include <charconv>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -15,15 +15,28 @@
 namespace base {
 namespace {
 
-std::string demangled(const char* symbol) {
+// The name of a function without its arguments, which would bury it.
+std::string function_name(const char* symbol) {
   int status = -1;
   const std::unique_ptr<char, decltype(&std::free)> name(
       abi::__cxa_demangle(symbol, nullptr, nullptr, &status), &std::free);
-  return status == 0 ? name.get() : symbol;
+  if (status != 0) return symbol;
+  const std::string_view full = name.get();
+  return std::string(full.substr(0, full.find('(')));
 }
 
-// The frames that lie in this program, innermost first. Frames of libraries
-// say nothing to a reader of the report.
+// Where a local function lies in the program, for addr2line.
+std::string offset_in(const Dl_info& program, const void* address) {
+  std::array<char, 20> digits{};
+  const auto offset = static_cast<const char*>(address) -
+                      static_cast<const char*>(program.dli_fbase);
+  const auto end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), offset, 16);
+  return "+0x" + std::string(digits.data(), end.ptr);
+}
+
+// The calls that lie in this program, innermost first. Those of libraries and
+// of the fatal end itself say nothing to a reader of the report.
 std::string own_calls(void* const* frames, int count) {
   Dl_info program{};
   if (dladdr(reinterpret_cast<void*>(&run), &program) == 0) return {};
@@ -32,21 +45,11 @@ std::string own_calls(void* const* frames, int count) {
     Dl_info frame{};
     if (dladdr(frames[i], &frame) == 0 || frame.dli_fbase != program.dli_fbase)
       continue;
-    calls += "  ";
-    if (frame.dli_sname != nullptr) {
-      calls += demangled(frame.dli_sname);
-    } else {
-      // A local function: its offset, for addr2line.
-      const auto offset = reinterpret_cast<std::uintptr_t>(frames[i]) -
-                          reinterpret_cast<std::uintptr_t>(frame.dli_fbase);
-      constexpr std::string_view kHex = "0123456789abcdef";
-      std::string digits;
-      for (auto rest = offset; rest != 0; rest /= 16) {
-        digits.insert(digits.begin(), kHex[rest % 16]);
-      }
-      calls += "+0x" + digits;
-    }
-    calls += '\n';
+    const std::string name = frame.dli_sname != nullptr
+                                 ? function_name(frame.dli_sname)
+                                 : offset_in(program, frames[i]);
+    if (name.starts_with("base::FatalEnd") || name == "_start") continue;
+    calls += "  " + name + "\n";
   }
   return calls;
 }

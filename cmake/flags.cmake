@@ -16,6 +16,11 @@ if(ATTENUATION_WERROR)
   target_compile_options(project_flags INTERFACE -Werror)
 endif()
 
+if(ATTENUATION_FUZZ)
+  # Coverage for libFuzzer in all of the code; the targets bring its main().
+  target_compile_options(project_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(ATTENUATION_SANITIZE)
   target_compile_options(project_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all

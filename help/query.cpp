@@ -215,8 +215,8 @@ class Menu {
       const int width = ((scrd.lw(i) + 5) / 10 + 1) * 10 + scrd.ld(i);
       scrd.laenge(i) = width;
       if (width >= npx_) {
-        scrd.laenge(r + 1) = width;
         scrd.lpart(r + 1) = 1;
+        scrd.laenge(r + 1) = width;
         ++r;
         continue;
       }

@@ -51,9 +51,12 @@ TEST(Array, RangeErrorNamesArrayIndexBoundAndCaller) {
   es(82) = lpart(0) = lpart(64) = 7;
   EXPECT_EQ(cause_of([&] { es(83); }),
             "Index '83' of dimension 1 of array 'es' above upper bound of 82");
-  EXPECT_EQ(cause_of([&] { lpart(-1); }),
-            "Index '-1' of dimension 1 of array 'lpart' below lower bound of 0");
-  try { es(0); } catch (const base::FatalEnd& end) {  // the line reported
+  EXPECT_EQ(
+      cause_of([&] { lpart(-1); }),
+      "Index '-1' of dimension 1 of array 'lpart' below lower bound of 0");
+  try {
+    es(0);
+  } catch (const base::FatalEnd& end) {  // the line reported
     const auto here = "tests/base_test.cpp:" + std::to_string(__LINE__ - 1);
     EXPECT_NE(end.report().find(here), std::string::npos) << end.report();
   }
@@ -100,11 +103,11 @@ TEST(Edit, ReadsCoefficientFields) {
     const char* field;
     double value;
   } numbers[] = {
-      {"1.00000E-03", 1e-3}, {"           ", 0.0},  {"12345      ", 0.12345},
-      {"12345e5    ", 12345}, {"1 . 5 e+ 3 ", 1500}, {"1.5-3      ", 1.5e-3},
+      {"1.00000E-03", 1e-3},  {"           ", 0.0},   {"12345      ", 0.12345},
+      {"12345e5    ", 12345}, {"1 . 5 e+ 3 ", 1500},  {"1.5-3      ", 1.5e-3},
       {"1.5+3      ", 1500},  {"15d2       ", 0.015}, {"1.5D2      ", 150},
-      {"1.5q2      ", 150},   {"-.5        ", -0.5}, {"5.         ", 5},
-      {"+          ", 0},     {".          ", 0},    {".E5        ", 0},
+      {"1.5q2      ", 150},   {"-.5        ", -0.5},  {"5.         ", 5},
+      {"+          ", 0},     {".          ", 0},     {".E5        ", 0},
       {"1.5 5      ", 1.55},  {"1E-999     ", 0},
   };
   for (const auto& c : numbers) {

@@ -1,10 +1,11 @@
+#include "base/text.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <string>
 #include <vector>
 
-#include "base/text.h"
 #include "tests/support.h"
 #include "toolkit/text/harmless.h"
 #include "toolkit/text/itoc8.h"
@@ -74,7 +75,8 @@ TEST(Trlch, FindsEveryNumberInFreeText) {
 
 TEST(Trlch, HoldsThirtyTwoNumbersAndTheExponentOfTheLast) {
   std::string text;
-  for (int i = 1; i <= 33; ++i) text += "1.e" + std::string(i > 31 ? "2" : "") + " ";
+  for (int i = 1; i <= 33; ++i)
+    text += "1.e" + std::string(i > 31 ? "2" : "") + " ";
   const std::vector<float> numbers = numbers_in(text.c_str());
   ASSERT_EQ(numbers.size(), 32U);
   EXPECT_EQ(numbers[30], 1.0F);
@@ -160,15 +162,13 @@ TEST(Trlnu, WhatDoesNotFitShowsStars) {
   Text<7> format = "f8.4";
   Text<24> field;
   int n = 0;
-  EXPECT_EQ(tests::cause_of([&] {
-              toolkit::trlnu(format, -1e10F, field, n, field, n);
-            }),
+  EXPECT_EQ(tests::cause_of(
+                [&] { toolkit::trlnu(format, -1e10F, field, n, field, n); }),
             "Substring out of bounds: upper bound (17) of 'work' exceeds "
             "string length (16)");
   format = "x8.2";
-  EXPECT_EQ(tests::cause_of([&] {
-              toolkit::trlnu(format, 1.0F, field, n, field, n);
-            }),
+  EXPECT_EQ(tests::cause_of(
+                [&] { toolkit::trlnu(format, 1.0F, field, n, field, n); }),
             "Format 'x8.2' is none of i, f, e, a");
 }
 
@@ -210,9 +210,14 @@ TEST(C8toi, ReadsAFieldAndBlanksLetters) {
     int number;
     const char* after;
   } cases[] = {
-      {"  -17   ", -17, "  -17"}, {"abc", 0, ""},         {"", 0, ""},
-      {"+-5", -5, "+-5"},         {"28Ni", 28, "28"},     {"1.5", 85, "1.5"},
-      {"1234567", 1234567, "1234567"}, {"x 82 y", 82, "  82"},
+      {"  -17   ", -17, "  -17"},
+      {"abc", 0, ""},
+      {"", 0, ""},
+      {"+-5", -5, "+-5"},
+      {"28Ni", 28, "28"},
+      {"1.5", 85, "1.5"},
+      {"1234567", 1234567, "1234567"},
+      {"x 82 y", 82, "  82"},
   };
   for (const auto& c : cases) {
     Text<8> field = c.field;
@@ -245,14 +250,15 @@ TEST(Strings, LengthLowerCaseEnd) {
   toolkit::lc_character(text);
   EXPECT_EQ(text.columns(1, 1, "text"), "x");
   EXPECT_EQ(text.at(131, "text"), 'W');
-  for (const std::string_view same : {std::string_view("\0 ab", 4), std::string_view()}) {
+  for (const std::string_view same :
+       {std::string_view("\0 ab", 4), std::string_view()}) {
     text = same;
     toolkit::stringlength(text, il);
     EXPECT_EQ(il, 0);
     EXPECT_EQ(text, same);
   }
-  for (const auto& [from, to] : std::vector<std::pair<int, int>>{
-           {5, 5}, {7, 6}, {0, 13}, {200, 13}}) {
+  for (const auto& [from, to] :
+       std::vector<std::pair<int, int>>{{5, 5}, {7, 6}, {0, 13}, {200, 13}}) {
     il = from;
     toolkit::stringend("Photon energy", il);
     EXPECT_EQ(il, to) << from;
@@ -287,7 +293,9 @@ TEST(Harmless, NothingSteersTheTerminal) {
   EXPECT_EQ(toolkit::harmless("\xC3\xA4 \xE2\x82\xAC"),
             "\xC3\xA4 \xE2\x82\xAC");
   // A control character of the second set, bare or in UTF-8, and cut letters.
-  EXPECT_EQ(toolkit::harmless("\x9B" "1m\xC2\x9B\xE2\x82"), "?1m????");
+  EXPECT_EQ(toolkit::harmless("\x9B"
+                              "1m\xC2\x9B\xE2\x82"),
+            "?1m????");
 }
 
 }  // namespace
