@@ -17,7 +17,8 @@ enum class Kind {
 };
 
 struct Atoms {
-  int index = 0;  // into the element list, which is the atomic number
+  int index = 0;            // into the element list, which is the atomic number
+  std::string_view symbol;  // that the list must have there
   int count = 0;
 };
 
@@ -51,7 +52,7 @@ inline constexpr std::array<Sample, 11> kCatalogue{{
      1.38F,
      14.4F,
      "",
-     {{{6, 10}, {1, 8}, {8, 4}}}},
+     {{{6, "C", 10}, {1, "H", 8}, {8, "O", 4}}}},
     {"7 teflon C_2F_4",
      "read/teflon",
      Kind::kComposition,
@@ -59,7 +60,7 @@ inline constexpr std::array<Sample, 11> kCatalogue{{
      2.2F,
      14.4F,
      "",
-     {{{6, 2}, {9, 4}}}},
+     {{{6, "C", 2}, {9, "F", 4}}}},
     // Two hydrogen atoms, not the four of the dihydrate: the preset's own
     // count, kept so that results stay comparable.
     {"8 Na_2Fe[(CN)_5NO]2H_2O",
@@ -69,7 +70,12 @@ inline constexpr std::array<Sample, 11> kCatalogue{{
      1.72F,
      14.4F,
      "",
-     {{{11, 2}, {26, 1}, {6, 5}, {7, 6}, {8, 3}, {1, 2}}}},
+     {{{11, "Na", 2},
+       {26, "Fe", 1},
+       {6, "C", 5},
+       {7, "N", 6},
+       {8, "O", 3},
+       {1, "H", 2}}}},
     {"9 FAS",
      "read/fas",
      Kind::kComposition,
@@ -77,7 +83,7 @@ inline constexpr std::array<Sample, 11> kCatalogue{{
      1.86F,
      14.4F,
      "",
-     {{{7, 2}, {1, 20}, {26, 1}, {16, 2}, {8, 14}}}},
+     {{{7, "N", 2}, {1, "H", 20}, {26, "Fe", 1}, {16, "S", 2}, {8, "O", 14}}}},
     {"10 compound", "read/compound", Kind::kFormula, "", 0.0F, 14.4F, ""},
     {"11 0.111(136.5keV), 0.889(122.0keV)", "read/bgco57", Kind::kTwoLines, "",
      1.86F, 122.01F, ""},

@@ -1,7 +1,6 @@
 #include "attenuation/elementdensity.h"
 
 #include <string>
-#include <string_view>
 
 #include "base/array.h"
 #include "base/fatal.h"
@@ -61,8 +60,11 @@ int read_modifications(int nz) {
 
 // The density is the first number from column 39 of a record on, which is
 // column 31 of the menu's entry.
-std::string_view density_text(const Text<132>& entry) {
-  return entry.columns<31, 132>();
+float density_in(const Text<132>& entry) {
+  int iout = 0;
+  base::Array<float, 32> out{"out"};
+  toolkit::trlch(60, entry.columns<31, 132>(), iout, out);
+  return out(1);
 }
 
 }  // namespace
@@ -80,17 +82,14 @@ float elementdensity(int nz) {
   help::query(lq, lk, title, chdf);
 
   try {
-    const std::string_view chosen = density_text(scrd.queryar(lq));
-    if (chosen != density_text(as_read(lq))) {
+    const float density = density_in(scrd.queryar(lq));
+    if (density != density_in(as_read(lq))) {
       base::fatal("The menu has cut the density off",
                   "the terminal has only " +
                       std::to_string(terminal::term.ncol(1)) +
-                      " columns: make it wider, 50 are enough");
+                      " columns: make it wider, 40 are enough");
     }
-    int iout = 0;
-    base::Array<float, 32> out{"out"};
-    toolkit::trlch(60, chosen, iout, out);
-    return out(1);
+    return density;
   } catch (base::RangeError& error) {
     error.advise("no density was chosen: choose a modification with RET");
     throw;

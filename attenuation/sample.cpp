@@ -29,10 +29,17 @@ struct Formula {
   Composition mult{"mult"};
 };
 
-Formula preset(const Sample& sample) {
+Formula preset(const Sample& sample, const Symbols& es) {
   Formula formula;
   for (const Atoms& atoms : sample.atoms) {
     if (atoms.count == 0) break;
+    if (es(atoms.index) != atoms.symbol) {
+      const std::string record = std::to_string(atoms.index);
+      base::fatal("Record " + record + " of 'elements.dat' is not " +
+                      std::string(atoms.symbol),
+                  "the preset samples need the elements in the order of their"
+                  " atomic numbers");
+    }
     formula.indx(++formula.j) = atoms.index;
     formula.mult(formula.j) = atoms.count;
   }
@@ -165,7 +172,8 @@ SampleInBeam set_up(const Sample& sample, const ElementList& elements) {
     case Kind::kSymbol:
       return set_up_element(asked_element(elements), sample);
     case Kind::kComposition:
-      return set_up_compound(preset(sample), sample.density, sample, elements);
+      return set_up_compound(preset(sample, elements.es), sample.density,
+                             sample, elements);
     case Kind::kFormula:
     case Kind::kTwoLines:
       return set_up_asked_compound(sample, elements);

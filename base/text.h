@@ -28,8 +28,7 @@ class Text {
  public:
   constexpr Text() { chars_.fill(' '); }
   constexpr Text(std::string_view text) {  // NOLINT(google-explicit-*)
-    const auto kept = std::min(text.size(), chars_.size());
-    std::copy_n(text.data(), kept, chars_.data());
+    const auto kept = text.copy(chars_.data(), chars_.size());
     std::fill(chars_.begin() + kept, chars_.end(), ' ');
   }
   constexpr Text(const char* text) : Text(std::string_view(text)) {}

@@ -341,7 +341,10 @@ class Menu {
   Text<132> rest_of_line(char first) {
     Text<131> rest;
     base::unit(base::kTerminalInput).read(rest);
-    return first + std::string(rest.full());
+    Text<132> line;
+    line.at(1, "line") = first;
+    line.put(2, 132, rest.full(), "line");
+    return line;
   }
 
   void clear_input_lines() {

@@ -54,10 +54,12 @@ TEST(Array, RangeErrorNamesArrayIndexBoundAndCaller) {
   EXPECT_EQ(
       cause_of([&] { lpart(-1); }),
       "Index '-1' of dimension 1 of array 'lpart' below lower bound of 0");
+  int line = 0;
   try {
+    line = __LINE__ + 1;
     es(0);
-  } catch (const base::FatalEnd& end) {  // the line reported
-    const auto here = "tests/base_test.cpp:" + std::to_string(__LINE__ - 1);
+  } catch (const base::FatalEnd& end) {
+    const auto here = "tests/base_test.cpp:" + std::to_string(line);
     EXPECT_NE(end.report().find(here), std::string::npos) << end.report();
   }
 }
