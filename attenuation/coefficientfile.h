@@ -24,11 +24,9 @@ void find_element(const base::Text<12>& name, base::Text<N>& element) {
   base::Unit& file = base::unit(1);
   file.open(kCoefficientFile);
   const int l = name.length() + 1;
-  element = "";
+  static_cast<void>(element.columns(2, l, "element"));  // must fit
   try {
-    while (element.columns(2, l, "element") != name.trimmed()) {
-      file.read(element);
-    }
+    file.read_to(2, name.trimmed(), element);
     file.read(element);
   } catch (base::EndOfFile& end) {
     end.advise("no block for the element \"" + std::string(name.trimmed()) +

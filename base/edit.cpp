@@ -4,6 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <system_error>
 
 namespace base {
@@ -15,30 +17,61 @@ std::string right_justified(const std::string& text, int width) {
   return std::string(room - text.size(), ' ') + text;
 }
 
-bool is_digit(char c) { return '0' <= c && c <= '9'; }
+// The characters of a numeric field, blanks passed over.
+class Field {
+ public:
+  explicit Field(std::string_view text)
+      : next_(text.data()), end_(text.data() + text.size()) {
+    skip_blanks();
+  }
 
-// A mantissa as an integer: its digits without the point.
-struct Mantissa {
-  bool negative = false;
-  std::string digits;
-  bool point = false;
-  int decimals = 0;  // how many of the digits stand behind the point
+  bool at_end() const { return next_ == end_; }
+  bool at_digit() const { return !at_end() && '0' <= *next_ && *next_ <= '9'; }
+  bool at_sign() const { return at('+') || at('-'); }
+  bool at(char c) const { return !at_end() && *next_ == c; }
+  bool at_exponent_letter() const {
+    constexpr std::string_view kLetters = "eEdDqQ";
+    return !at_end() && kLetters.find(*next_) != kLetters.npos;
+  }
+  char take() {
+    const char c = *next_++;
+    skip_blanks();
+    return c;
+  }
+
+ private:
+  void skip_blanks() {
+    while (next_ != end_ && *next_ == ' ') ++next_;
+  }
+
+  const char* next_;
+  const char* end_;
 };
 
-// Takes the mantissa off the front of `text`.
-Mantissa take_mantissa(std::string_view& text) {
+// A mantissa as an integer, without its point.
+struct Mantissa {
+  bool sign = false;
+  bool negative = false;
+  bool point = false;
+  int digits = 0;
+  int decimals = 0;  // how many of the digits stand behind the point
+  std::uint64_t value = 0;
+};
+
+constexpr int kMostDigits = 18;  // that fit an integer of 64 bits
+
+Mantissa take_mantissa(Field& field) {
   Mantissa m;
-  if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
-    m.negative = text.front() == '-';
-    text.remove_prefix(1);
-  }
-  for (; !text.empty(); text.remove_prefix(1)) {
-    const char c = text.front();
-    if (c == '.' && !m.point) {
+  m.sign = field.at_sign();
+  if (m.sign) m.negative = field.take() == '-';
+  while (m.digits <= kMostDigits) {
+    if (field.at_digit()) {
+      m.value = 10 * m.value + static_cast<std::uint64_t>(field.take() - '0');
+      ++m.digits;
+      if (m.point) ++m.decimals;
+    } else if (!m.point && field.at('.')) {
+      field.take();
       m.point = true;
-    } else if (is_digit(c)) {
-      m.digits += c;
-      m.decimals += m.point ? 1 : 0;
     } else {
       break;
     }
@@ -46,26 +79,42 @@ Mantissa take_mantissa(std::string_view& text) {
   return m;
 }
 
-// The exponent that all of `text` must be: a letter, a sign, or both, and
-// digits.
-std::optional<int> exponent(std::string_view text) {
-  constexpr std::string_view kLetters = "eEdDqQ";
-  const bool letter = kLetters.find(text.front()) != kLetters.npos;
-  if (letter) text.remove_prefix(1);
-  const bool sign = text.starts_with('+') || text.starts_with('-');
-  const bool negative = text.starts_with('-');
-  if (sign) text.remove_prefix(1);
-  if (!(letter || sign) || text.empty() || !is_digit(text.front())) {
-    return std::nullopt;
-  }
-  int value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [last, error] = std::from_chars(text.data(), end, value);
+// The exponent that the rest of the field must be: a letter, a sign, or both,
+// and digits.
+std::optional<int> take_exponent(Field& field) {
   constexpr int kLargest = 99999;
-  if (error != std::errc{} || last != end || value > kLargest) {
-    return std::nullopt;
+  const bool letter = field.at_exponent_letter();
+  if (letter) field.take();
+  const bool sign = field.at_sign();
+  const bool negative = sign && field.take() == '-';
+  if (!(letter || sign) || !field.at_digit()) return std::nullopt;
+  int value = 0;
+  while (field.at_digit() && value <= kLargest) {
+    value = 10 * value + (field.take() - '0');
   }
+  if (!field.at_end() || value > kLargest) return std::nullopt;
   return negative ? -value : value;
+}
+
+// digits x 10^power, rounded once; nothing beyond double precision.
+std::optional<double> scaled(std::uint64_t digits, int power) {
+  constexpr std::array<double, 23> kPowers{
+      1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+      1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  constexpr std::uint64_t kExact = std::uint64_t{1} << 53;
+  if (digits <= kExact && std::abs(power) <= 22) {
+    // Both factors are exact, so one operation rounds once.
+    const auto whole = static_cast<double>(digits);
+    const double ten = kPowers[static_cast<std::size_t>(std::abs(power))];
+    return power < 0 ? whole / ten : whole * ten;
+  }
+  const std::string text = std::to_string(digits) + "e" + std::to_string(power);
+  double value = 0;
+  const auto [last, error] =
+      std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc{}) return value;
+  if (power < 0) return 0.0;  // too small for double precision
+  return std::nullopt;
 }
 
 }  // namespace
@@ -93,29 +142,22 @@ std::string f(float value, int width, int decimals) {
   return right_justified(text, width);
 }
 
-std::optional<double> read_e(std::string_view field, int decimals) {
-  std::string packed(field);
-  std::erase(packed, ' ');
-  std::string_view rest = packed;
-  const Mantissa mantissa = take_mantissa(rest);
+std::optional<double> read_e(std::string_view text, int decimals) {
+  Field field(text);
+  const Mantissa mantissa = take_mantissa(field);
   int power = mantissa.point ? -mantissa.decimals : -decimals;
-  if (!rest.empty()) {
-    const std::optional<int> written = exponent(rest);
-    const bool second_sign = mantissa.digits.empty() && !mantissa.point &&
-                             (rest.front() == '+' || rest.front() == '-');
-    if (!written || second_sign) return std::nullopt;
-    power += *written;
+  if (!field.at_end()) {
+    const bool second_sign =
+        mantissa.sign && mantissa.digits == 0 && !mantissa.point;
+    if (second_sign && field.at_sign()) return std::nullopt;
+    const std::optional<int> exponent = take_exponent(field);
+    if (!exponent) return std::nullopt;
+    power += *exponent;
   }
-  if (mantissa.digits.empty()) return mantissa.negative ? -0.0 : 0.0;
-
-  const std::string number = (mantissa.negative ? "-" : "") + mantissa.digits +
-                             "e" + std::to_string(power);
-  double value = 0;
-  const auto [last, error] =
-      std::from_chars(number.data(), number.data() + number.size(), value);
-  if (error == std::errc{}) return value;
-  if (power < 0) return 0.0;  // too small for double precision
-  return std::nullopt;
+  if (mantissa.digits > kMostDigits) return std::nullopt;
+  std::optional<double> number = scaled(mantissa.value, power);
+  if (number && mantissa.negative) number = -*number;
+  return number;
 }
 
 }  // namespace base

@@ -17,13 +17,14 @@ namespace base {
 // free for it, else "Inf".
 std::string f(float value, int width, int decimals);
 
-// The edit descriptor "eW.D" on input: the number in `field`.
+// The edit descriptor "eW.D" on input: the number that a field holds.
 //
 // Blanks are ignored wherever they stand; an all-blank field is 0. Without a
 // point the last `decimals` digits of the mantissa are decimals. The exponent
 // follows a letter E, D or Q in either case, or a sign alone. Nothing if the
-// field is no such number, also where it lies beyond double precision.
-std::optional<double> read_e(std::string_view field, int decimals);
+// field is no such number, also where it lies beyond double precision or has
+// more than 18 digits.
+std::optional<double> read_e(std::string_view text, int decimals);
 
 }  // namespace base
 

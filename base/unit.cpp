@@ -173,6 +173,28 @@ std::optional<std::string_view> Unit::next_buffered_line() {
   }
 }
 
+void Unit::skip_to(int column, std::string_view text) {
+  const auto before = static_cast<std::size_t>(column - 1);
+  while (!text.empty()) {
+    const char* const start = buffer_.data() + begin_;
+    const std::string_view unread(start, end_ - begin_);
+    // The last character of a name is seldom among the figures of a data file.
+    for (std::size_t at = before + text.size() - 1;
+         (at = unread.find(text.back(), at)) != unread.npos; ++at) {
+      const std::size_t begin = at + 1 - text.size();
+      const std::size_t line = begin - before;
+      if ((line == 0 || unread[line - 1] == '\n') &&
+          unread.substr(begin, text.size()) == text &&
+          unread.substr(line, before).find('\n') == unread.npos) {
+        begin_ += line;
+        return;
+      }
+    }
+    begin_ += unread.rfind('\n') + 1;  // keeps the unfinished line
+    if (end_ - begin_ == kBufferSize || !refill()) return;
+  }
+}
+
 std::optional<std::string_view> Unit::next_typed_line() {
   if (buffer_.empty()) buffer_.resize(kLongestTypedLine);
   std::size_t length = 0;
