@@ -27,7 +27,8 @@ class Text {
 
  public:
   constexpr Text() { chars_.fill(' '); }
-  constexpr Text(std::string_view text) {  // NOLINT(google-explicit-*)
+  // NOLINTBEGIN(google-explicit-constructor): texts are assigned freely
+  constexpr Text(std::string_view text) {
     const auto kept = text.copy(chars_.data(), chars_.size());
     std::fill(chars_.begin() + kept, chars_.end(), ' ');
   }
@@ -35,6 +36,7 @@ class Text {
   Text(const std::string& text) : Text(std::string_view(text)) {}
   template <int M>
   requires(M != N) constexpr Text(const Text<M>& other) : Text(other.full()) {}
+  // NOLINTEND(google-explicit-constructor)
 
   // All N characters.
   constexpr std::string_view full() const {

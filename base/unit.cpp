@@ -16,7 +16,7 @@ namespace base {
 namespace {
 
 // Room for a whole data file in a few reads; a line longer than this is cut.
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 // No field of the dialogue is longer than a help record or a script line.
 constexpr std::size_t kLongestTypedLine = 4096;
 

@@ -41,7 +41,7 @@ bool answered_quit() {
 // A text record as it goes to the terminal. The attribute stands right-
 // justified in five columns.
 std::string marked_up(const Record& record) {
-  const std::string text = toolkit::harmless(record.trimmed());
+  std::string text = toolkit::harmless(record.trimmed());
   const std::string_view mark = record.columns<1, 3>();
   std::string_view attribute;
   if (mark == "\\bf") attribute = " \x1b[1m";

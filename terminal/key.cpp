@@ -35,7 +35,7 @@ void deliver_by_default(int signal) {
   sigset_t only{};
   sigemptyset(&only);
   sigaddset(&only, signal);
-  raise(signal);
+  static_cast<void>(raise(signal));
   sigprocmask(SIG_UNBLOCK, &only, nullptr);
   sigprocmask(SIG_BLOCK, &only, nullptr);
   sigaction(signal, &caught, nullptr);

@@ -36,11 +36,12 @@ int readaline(base::Array<int, 132>& k, const char* prompt) {
   [[maybe_unused]] static const int configured = configure();
   const std::unique_ptr<char, decltype(&std::free)> line(readline(prompt),
                                                          &std::free);
-  std::fflush(stdout);
+  static_cast<void>(std::fflush(stdout));
   if (line == nullptr) base::unit(base::kTerminalInput).end_of_file();
   const int length = static_cast<int>(std::min<std::size_t>(
       std::strlen(line.get()), base::Array<int, 132>::kUpper));
   for (int i = 1; i <= length; ++i) {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): as declared
     k(i) = static_cast<signed char>(line.get()[i - 1]);
   }
   return length;

@@ -1,8 +1,8 @@
 // Tells the owner of data files every fault in them: checkdata [DIRECTORY].
 // Exit status 0 if there is none, 1 if there are any, 2 for a wrong call.
 
-#include <cstdio>
 #include <exception>
+#include <iostream>
 #include <string>
 
 #include "data/tools/datacheck.h"
@@ -11,10 +11,8 @@
 int main(int argc, char* argv[]) {
   const std::string directory = argc > 1 ? argv[1] : ".";
   if (argc > 2 || directory.empty() || directory.front() == '-') {
-    std::fputs(
-        "usage: checkdata [DIRECTORY]\n"
-        "Checks elements.dat, attenuation.coefficients and dichte.dat there.\n",
-        stderr);
+    std::cerr << "usage: checkdata [DIRECTORY]\nChecks elements.dat,"
+                 " attenuation.coefficients and dichte.dat there.\n";
     return 2;
   }
   try {
@@ -23,11 +21,11 @@ int main(int argc, char* argv[]) {
       // Names in the files are shown, and may hold what steers a terminal.
       const std::string line = toolkit::harmless(
           fault.file + ":" + std::to_string(fault.line) + ": " + fault.reason);
-      std::printf("%s\n", line.c_str());
+      std::cout << line << '\n';
     }
     return faults.empty() ? 0 : 1;
   } catch (const std::exception& problem) {
-    std::fprintf(stderr, "checkdata: %s\n", problem.what());
+    std::cerr << "checkdata: " << problem.what() << '\n';
     return 2;
   }
 }

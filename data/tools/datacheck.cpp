@@ -522,16 +522,16 @@ void check_densities(DataFile& list, const AtomicNumbers& numbers,
   int before = 0;
   for (int line = 1; line <= file.last(); ++line) {
     const Code code = read_code(file.record(line).columns<1, 8>());
-    const bool listed = code.fits && numbers.count(code.number) > 0;
+    const bool listed = code.fits && numbers.contains(code.number);
     check_code(file, line, code, listed);
     if (listed) check_modification(file, line, code.number, before, groups);
     before = code.fits ? code.number : 0;
   }
-  if (numbers.count(before) > 0) {
+  if (numbers.contains(before)) {
     file.fault(file.last(), "element " + str(before) + kCutOff);
   }
   for (const auto& [number, line] : numbers) {
-    if (groups.count(number) > 0) continue;
+    if (groups.contains(number)) continue;
     list.fault(line,
                "no record of dichte.dat has the atomic number " + str(number));
   }

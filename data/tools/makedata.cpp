@@ -8,9 +8,9 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <optional>
 #include <stdexcept>
@@ -286,7 +286,8 @@ bool has_piece(const std::string& list, const std::string& text) {
 // What a source says beside the bare temperature stays there.
 std::string temperature_note(const std::string& modification,
                              std::string temperature) {
-  temperature = temperature.substr(0, temperature.find_first_of(";("));
+  temperature.erase(
+      std::min(temperature.find_first_of(";("), temperature.size()));
   while (temperature.ends_with(' ')) temperature.pop_back();
   for (const std::string word : {"about ", "above "}) {
     if (temperature.starts_with(word)) temperature.erase(0, word.size());
@@ -323,8 +324,8 @@ std::string density_file(const fs::path& sources,
                 "symbol '" + symbol + "' does not belong to " + z);
     row.require(is_positive(density),
                 "density '" + density + "' is no positive number");
-    const std::string entry = elements[i].name + " " + modification +
-                              temperature_note(modification, temperature);
+    std::string entry = elements[i].name + " ";
+    entry += modification + temperature_note(modification, temperature);
     row.require(entry.size() <= 30, "'" + entry + "' is over 30 columns");
     // The points stand below each other in column 41.
     const std::string whole = density.substr(0, density.find('.'));
@@ -361,13 +362,13 @@ void make_data(const fs::path& sources, const fs::path& output) {
 
 int main(int argc, char* argv[]) {
   if (argc != 3) {
-    std::fputs("usage: makedata SOURCES-DIR OUTPUT-DIR\n", stderr);
+    std::cerr << "usage: makedata SOURCES-DIR OUTPUT-DIR\n";
     return 2;
   }
   try {
     make_data(argv[1], argv[2]);
   } catch (const std::exception& problem) {
-    std::fprintf(stderr, "%s\n", problem.what());
+    std::cerr << problem.what() << '\n';
     return 1;
   }
   return 0;
