@@ -22,11 +22,12 @@ extern "C" const char* __lsan_default_suppressions() {
 }
 
 namespace fuzz {
-namespace {
 
 void require(bool so) {
   if (!so) std::abort();
 }
+
+namespace {
 
 // Sets the process up, once.
 class Workspace {
@@ -68,16 +69,6 @@ const Workspace& workspace() {
 }
 
 }  // namespace
-
-std::string_view text_of(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};
-}
-
-std::pair<std::string_view, std::string_view> file_and_keys(
-    std::string_view input) {
-  const auto end = std::min(input.find('\0'), input.size());
-  return {input.substr(0, end), input.substr(std::min(end + 1, input.size()))};
-}
 
 void provide(const char* file, std::string_view content) {
   workspace();

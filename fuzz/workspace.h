@@ -4,26 +4,18 @@
 #ifndef FUZZ_WORKSPACE_H_
 #define FUZZ_WORKSPACE_H_
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <string_view>
-#include <utility>
 
 namespace fuzz {
 
-// The input as text.
-std::string_view text_of(const std::uint8_t* data, std::size_t size);
-
-// The input before and after its first byte of code 0: a file and keys.
-std::pair<std::string_view, std::string_view> file_and_keys(
-    std::string_view input);
+// A finding unless `so`.
+void require(bool so);
 
 // Puts `content` into `file` of the workspace.
 void provide(const char* file, std::string_view content);
 
-// Runs `action` with `keys` on standard input. A fatal end is as good as any;
-// it must only be one that the program reports.
+// Runs `action` with `keys` on standard input, to its end or a fatal one.
 void run(std::string_view keys, const std::function<void()>& action);
 
 }  // namespace fuzz

@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <memory>
+#include <string>
 
 #include "base/fatal.h"
 #include "base/unit.h"
@@ -18,8 +20,42 @@ namespace {
 
 int ignore_key(int /*count*/, int /*key*/) { return 0; }
 
+// Bytes typed, of which the first `whole` are known to be a character or part
+// of one.
+struct Typed {
+  std::string bytes;
+  std::size_t whole = 0;
+};
+
+// Reads a byte for Readline. One that belongs to no character of the locale
+// becomes "?": some of Readline's movements never end on such bytes.
+int next_byte(std::FILE* in) {
+  // Empty when a line ends: the byte that ends a line is whole by itself.
+  static Typed typed;
+  while (typed.whole == 0) {
+    std::mbstate_t state{};
+    const std::size_t length =
+        std::mbrlen(typed.bytes.data(), typed.bytes.size(), &state);
+    constexpr auto kUnfinished = static_cast<std::size_t>(-2);
+    constexpr auto kNone = static_cast<std::size_t>(-1);
+    if (typed.bytes.empty() || length == kUnfinished) {
+      const int byte = rl_getc(in);
+      if (byte == EOF) return EOF;
+      typed.bytes += static_cast<char>(byte);
+    } else {
+      if (length == kNone) typed.bytes.front() = '?';
+      typed.whole = length == kNone || length == 0 ? 1 : length;
+    }
+  }
+  const auto byte = static_cast<unsigned char>(typed.bytes.front());
+  typed.bytes.erase(0, 1);
+  --typed.whole;
+  return byte;
+}
+
 // Readline writes nothing to the terminal but the line itself, and a formula
-// is not completed with names of files.
+// is not completed with names of files. Escape and RET, which is easily typed,
+// must not change the keys' meaning to those of another editor.
 int configure() {
   rl_initialize();
   rl_variable_bind("enable-bracketed-paste", "off");
@@ -27,6 +63,8 @@ int configure() {
   rl_variable_bind("disable-completion", "on");
   rl_attempted_completion_over = 1;
   rl_bind_key('\t', ignore_key);
+  rl_unbind_function_in_map(rl_vi_editing_mode, emacs_meta_keymap);
+  rl_getc_function = next_byte;
   return 0;
 }
 

@@ -1,17 +1,13 @@
 #include "tests/support.h"
 
-#include <gtest/gtest.h>
-#include <stdlib.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <memory>
-#include <sstream>
 
 namespace tests {
-namespace {
 
 base::FatalEnd fatal_end_of(const std::function<void()>& action) {
   try {
@@ -23,88 +19,44 @@ base::FatalEnd fatal_end_of(const std::function<void()>& action) {
   return base::FatalEnd("");
 }
 
-// A descriptor that is another file for a while.
-class Redirected {
- public:
-  Redirected(int fd, std::FILE* file) : fd_(fd), before_(dup(fd)) {
-    dup2(fileno(file), fd);
-  }
-  ~Redirected() {
-    dup2(before_, fd_);
-    close(before_);
-  }
-  Redirected(const Redirected&) = delete;
-  Redirected& operator=(const Redirected&) = delete;
-
- private:
-  int fd_;
-  int before_;
-};
-
-}  // namespace
-
-std::string cause_of(const std::function<void()>& action) {
-  return fatal_end_of(action).cause();
+testing::AssertionResult has(const std::string& text, std::string_view part) {
+  return (text.find(part) == text.npos ? testing::AssertionFailure()
+                                       : testing::AssertionSuccess())
+         << "'" << part << "' in '" << text << "'";
 }
 
-std::string advice_of(const std::function<void()>& action) {
-  return fatal_end_of(action).advice();
-}
-
-TemporaryDirectory::TemporaryDirectory() {
-  path_ = std::filesystem::temp_directory_path() / "attenuation-XXXXXX";
-  if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("mkdtemp");
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-  std::filesystem::remove_all(path_);
-}
-
-std::string TemporaryDirectory::path(std::string_view file) const {
-  return path_ + "/" + std::string(file);
-}
-
-void TemporaryDirectory::write(std::string_view file,
-                               std::string_view content) const {
+std::string TemporaryDirectory::write(const std::string& file,
+                                      std::string_view content) const {
   std::ofstream(path(file), std::ios::binary) << content;
+  return path(file);
 }
 
 std::string content_of(const std::string& file) {
-  std::ostringstream content;
-  content << std::ifstream(file, std::ios::binary).rdbuf();
-  return content.str();
-}
-
-WorkingDirectory::WorkingDirectory(const std::string& directory)
-    : before_(std::filesystem::current_path()) {
-  std::filesystem::current_path(directory);
-}
-
-WorkingDirectory::~WorkingDirectory() {
-  std::filesystem::current_path(before_);
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::string output_of(std::string_view input,
                       const std::function<void()>& action) {
-  const std::unique_ptr<std::FILE, decltype(&std::fclose)> in(std::tmpfile(),
-                                                              &std::fclose);
-  const std::unique_ptr<std::FILE, decltype(&std::fclose)> out(std::tmpfile(),
-                                                               &std::fclose);
-  std::fwrite(input.data(), 1, input.size(), in.get());
-  std::rewind(in.get());
+  const TemporaryDirectory files;
+  const auto replace = [](int fd, int other) {
+    dup2(other, fd);
+    close(other);
+  };
   std::fflush(stdout);
   {
-    const Redirected standard_input(STDIN_FILENO, in.get());
-    const Redirected standard_output(STDOUT_FILENO, out.get());
+    const int in = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+    const int out = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    const std::shared_ptr<void> at_end(nullptr, [&](void*) {
+      std::fflush(stdout);
+      replace(STDIN_FILENO, in);
+      replace(STDOUT_FILENO, out);
+    });
+    replace(STDIN_FILENO, open(files.write("in", input).c_str(), O_RDWR));
+    replace(STDOUT_FILENO, open(files.write("out", "").c_str(), O_RDWR));
     action();
-    std::fflush(stdout);
   }
-  std::string written;
-  std::rewind(out.get());
-  for (int c = std::fgetc(out.get()); c != EOF; c = std::fgetc(out.get())) {
-    written += static_cast<char>(c);
-  }
-  return written;
+  return content_of(files.path("out"));
 }
 
 }  // namespace tests

@@ -3,6 +3,10 @@
 #ifndef TESTS_SUPPORT_H_
 #define TESTS_SUPPORT_H_
 
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -11,23 +15,29 @@
 
 namespace tests {
 
-// The cause, or the advice, of the fatal end that `action` must come to.
-std::string cause_of(const std::function<void()>& action);
-std::string advice_of(const std::function<void()>& action);
+// The fatal end that `action` must come to.
+base::FatalEnd fatal_end_of(const std::function<void()>& action);
+#define EXPECT_CAUSE(action, text) \
+  EXPECT_EQ(tests::fatal_end_of([&] { action; }).cause(), text)
+#define EXPECT_ADVICE(action, text) \
+  EXPECT_EQ(tests::fatal_end_of([&] { action; }).advice(), text)
+
+testing::AssertionResult has(const std::string& text, std::string_view part);
 
 // A directory that goes with the test.
 class TemporaryDirectory {
  public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
+  TemporaryDirectory() { EXPECT_NE(mkdtemp(path_.data()), nullptr); }
+  ~TemporaryDirectory() { std::filesystem::remove_all(path_); }
   TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
-  std::string path(std::string_view file) const;
-  void write(std::string_view file, std::string_view content) const;
+  std::string path(const std::string& file) const { return path_ + "/" + file; }
+  // Returns the path.
+  std::string write(const std::string& file, std::string_view content) const;
 
  private:
-  std::string path_;
+  std::string path_ =
+      std::filesystem::temp_directory_path() / "attenuation-XXXXXX";
 };
 
 std::string content_of(const std::string& file);
@@ -35,13 +45,13 @@ std::string content_of(const std::string& file);
 // Makes `directory` the current one for the time of a test.
 class WorkingDirectory {
  public:
-  explicit WorkingDirectory(const std::string& directory);
-  ~WorkingDirectory();
-  WorkingDirectory(const WorkingDirectory&) = delete;
-  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+  explicit WorkingDirectory(const std::string& directory) {
+    std::filesystem::current_path(directory);
+  }
+  ~WorkingDirectory() { std::filesystem::current_path(before_); }
 
  private:
-  std::string before_;
+  const std::filesystem::path before_ = std::filesystem::current_path();
 };
 
 // Runs `action` with `input` as standard input and returns what it wrote to
