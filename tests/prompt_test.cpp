@@ -80,8 +80,10 @@ TEST(Prompts, TextAndYesOrNoAreKeptOrTypedAndConfirmed) {
       Case('t', "*\n", "*"), Case('t', "help\n\n", "help"),
       Case('t', "HE\n\n", "Fe"), Case('t', "back\n\n", "Fe"),
       Case('t', longest + "\n\n", longest),
-      // The default is in the history (Ctrl-P).
-      Case('t', "\x10O\n\n", "FeO"), Case('y', "no\n\n", "n"),
+      // The default is in the history (Ctrl-P). Tab completes nothing, and
+      // Escape and RET turn no vi keys on.
+      Case('t', "\x10O\n\n", "FeO"), Case('t', "a\tb\n\n", "ab"),
+      Case('t', "C\x1b\nu\n\n", "Cu"), Case('y', "no\n\n", "n"),
       Case('y', "x\n\n", "y"), Case('y', "n\n Yes\n\n", "y"),
       Case('y', "Quit\n", "*"), Case('y', "help\n\n", "y")};
   for (const auto& [what, input, after] : cases) {

@@ -113,6 +113,17 @@ TEST(Channels, ClosedOrFullEndTheRunWithAMessage) {
   }
 }
 
+// Readline's movement to the end of a word went on for ever.
+TEST(LineEditor, DoesNotHangOnBytesThatAreNoCharacter) {
+  const tests::TemporaryDirectory files;
+  const std::string vi = files.write("inputrc", "set editing-mode vi\n");
+  const std::string typed = "\xf4" + std::string(8, '\x8d') + "\x1b" + "0e";
+  const auto run = run_piped("10 c\n\n" + typed + "\n\n",
+                             {.environment = {"INPUTRC=" + vi}});
+  EXPECT_EQ(run.status, 2) << run.out;
+  EXPECT_TRUE(has(run.err, "end of input"));
+}
+
 // What a session on the files here shows; nothing where it ends fatally.
 std::string session() {
   const base::UnitCloser one(base::unit(1)), two(base::unit(2));
