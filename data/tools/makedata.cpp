@@ -324,8 +324,9 @@ std::string density_file(const fs::path& sources,
                 "symbol '" + symbol + "' does not belong to " + z);
     row.require(is_positive(density),
                 "density '" + density + "' is no positive number");
-    std::string entry = elements[i].name + " ";
-    entry += modification + temperature_note(modification, temperature);
+    std::string entry = elements[i].name;
+    entry.append(" ").append(modification);
+    entry += temperature_note(modification, temperature);
     row.require(entry.size() <= 30, "'" + entry + "' is over 30 columns");
     // The points stand below each other in column 41.
     const std::string whole = density.substr(0, density.find('.'));
