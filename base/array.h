@@ -34,8 +34,6 @@ class Array {
     return items_[checked(i, at)];
   }
 
-  // Assigns the elements; the name stays that of the declaration.
-  constexpr void copy(const Array& other) { items_ = other.items_; }
   constexpr void fill(const T& value) { items_.fill(value); }
 
  private:

@@ -51,6 +51,12 @@ std::string marked_up(const Record& record) {
   return std::string(attribute) + text.substr(3) + std::string(kNormal);
 }
 
+Record left_justified(Record record) {
+  int length = 0;
+  toolkit::stringlength(record, length);
+  return record;
+}
+
 std::string first_word(const Record& record, int column) {
   Record word;
   int first = 0;
@@ -113,9 +119,7 @@ class Browser {
 
  private:
   void browse(const Record& chcom) {
-    int length = 0;
-    Record key = chcom;
-    toolkit::stringlength(key, length);
+    Record key = left_justified(chcom);
     if (key.trimmed().ends_with('*')) {
       key = key.trimmed().substr(0, key.trimmed().size() - 1);
       list_headers(key);
@@ -145,10 +149,7 @@ class Browser {
   bool find(const Record& key) {
     file_.rewind();
     while (read()) {
-      Record candidate = record_;
-      int length = 0;
-      toolkit::stringlength(candidate, length);
-      if (candidate == key) return true;
+      if (left_justified(record_) == key) return true;
     }
     not_found(key);
     return false;
@@ -163,9 +164,7 @@ class Browser {
   void list_headers(const Record& key) {
     int shown = 0;
     while (read()) {
-      Record header = record_;
-      int length = 0;
-      toolkit::stringlength(header, length);
+      const Record header = left_justified(record_);
       const bool is_header = header.columns<1, 1>() == "/" &&
                              header.columns<2, 2>() != "#" &&
                              header.columns<2, 2>() != ">";
