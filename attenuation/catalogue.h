@@ -18,7 +18,7 @@ enum class Kind {
 
 struct Atoms {
   int index = 0;            // into the element list, which is the atomic number
-  std::string_view symbol;  // that the list must have there
+  std::string_view symbol;  // that the list should have there
   int count = 0;
 };
 

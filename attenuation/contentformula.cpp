@@ -1,6 +1,5 @@
 #include "attenuation/contentformula.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -86,18 +85,14 @@ void contentformula(const Text<132>& formula, const Symbols& es, int& j,
   --j;
 }
 
-bool counts_are_numbers(const Text<132>& formula) {
-  std::string_view rest = base::trimmed(without_leading_blanks(formula.full()));
-  while (!rest.empty()) {
-    const auto mark = rest.find('_');
-    if (mark != 1 && mark != 2) return false;
-    rest.remove_prefix(mark + 1);
-    const auto end =
-        std::min(rest.find_first_not_of("0123456789"), rest.size());
-    if (end == 0) return false;
-    rest.remove_prefix(end);
+std::string written_out(const Symbols& es, int j, const Composition& indx,
+                        const Composition& mult) {
+  std::string formula;
+  for (int i = 1; i <= j; ++i) {
+    formula.append(es(indx(i)).trimmed()).append("_");
+    formula += std::to_string(mult(i));
   }
-  return true;
+  return formula;
 }
 
 }  // namespace attenuation

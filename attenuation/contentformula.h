@@ -3,6 +3,8 @@
 #ifndef ATTENUATION_CONTENTFORMULA_H_
 #define ATTENUATION_CONTENTFORMULA_H_
 
+#include <string>
+
 #include "attenuation/elementlist.h"
 #include "base/array.h"
 #include "base/text.h"
@@ -32,9 +34,11 @@ using Composition = base::Array<int, kComponents>;
 void contentformula(const base::Text<132>& formula, const Symbols& es, int& j,
                     Composition& indx, Composition& mult);
 
-// Whether every symbol has "_" and a number of its own. contentformula reads
-// "H_2O" too, with a count that nobody meant.
-bool counts_are_numbers(const base::Text<132>& formula);
+// These components as a formula with every count in full. Unlike the formula
+// that they come from, where that was not read as it looks: "H_2O" is read as
+// "H_2O_-16", "Fe_12" as "Fe_122".
+std::string written_out(const Symbols& es, int j, const Composition& indx,
+                        const Composition& mult);
 
 }  // namespace attenuation
 

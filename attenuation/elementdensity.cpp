@@ -84,10 +84,10 @@ float elementdensity(int nz) {
   try {
     const float density = density_in(scrd.queryar(lq));
     if (density != density_in(as_read(lq))) {
-      base::fatal("The menu has cut the density off",
-                  "the terminal has only " +
-                      std::to_string(terminal::term.ncol(1)) +
-                      " columns: make it wider, 40 are enough");
+      base::note("the menu has cut the density off, as the terminal has only " +
+                 std::to_string(terminal::term.ncol(1)) +
+                 " columns; for the densities that come with the program 40"
+                 " are enough");
     }
     return density;
   } catch (base::RangeError& error) {

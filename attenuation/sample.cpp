@@ -33,12 +33,13 @@ Formula preset(const Sample& sample, const Symbols& es) {
   Formula formula;
   for (const Atoms& atoms : sample.atoms) {
     if (atoms.count == 0) break;
+    // Meant: what the list has there is taken, as it is for every atomic
+    // number.
     if (es(atoms.index) != atoms.symbol) {
-      const std::string record = std::to_string(atoms.index);
-      base::fatal("Record " + record + " of 'elements.dat' is not " +
-                      std::string(atoms.symbol),
-                  "the preset samples need the elements in the order of their"
-                  " atomic numbers");
+      base::note(
+          "elements.dat:" + std::to_string(atoms.index) + ": the sample " +
+          "takes " + toolkit::harmless(es(atoms.index).trimmed()) +
+          ", which stands in this line, for " + std::string(atoms.symbol));
     }
     formula.indx(++formula.j) = atoms.index;
     formula.mult(formula.j) = atoms.count;
@@ -104,12 +105,11 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
                                   sample.density, "read/density");
   Formula formula;
   contentformula(answer, elements.es, formula.j, formula.indx, formula.mult);
-  if (!counts_are_numbers(answer)) {
-    base::fatal("A count is missing in the formula",
-                "cannot read the formula \"" +
-                    toolkit::harmless(answer.trimmed()) +
-                    "\": write symbol, underscore and count of each element,"
-                    " as in Cu_1S_1O_4H_10O_5");
+  const std::string as_read =
+      written_out(elements.es, formula.j, formula.indx, formula.mult);
+  if (answer != as_read) {
+    base::note("the formula " + toolkit::harmless(answer.trimmed()) +
+               " is read as " + toolkit::harmless(as_read));
   }
   if (sample.kind == Kind::kFormula) {
     return set_up_compound(formula, density, sample, elements);

@@ -105,6 +105,10 @@ void fatal(std::string cause, std::string advice, SourcePosition at) {
   throw FatalEnd(std::move(cause), std::move(advice), at);
 }
 
+void note(const std::string& text) {
+  write_if_possible(STDERR_FILENO, "Note: " + text + "\n");
+}
+
 int run(void (*program)()) {
   occupy_standard_channels();
   try {

@@ -58,6 +58,11 @@ class EndOfFile : public FatalEnd {
 [[noreturn]] void fatal(std::string cause, std::string advice = {},
                         SourcePosition at = SourcePosition::current());
 
+// Tells on standard error of what does not end the run, though its numbers may
+// be others than the user takes them for. What standard output shows is the
+// same with and without.
+void note(const std::string& text);
+
 // Runs `program` and returns the exit status: 0, or kFatalStatus after a fatal
 // end, which is reported on standard error. By then the guards have put the
 // terminal's settings back; on a terminal, attributes are reset and the report

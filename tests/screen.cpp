@@ -4,24 +4,25 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utmp.h>
 #include <vterm.h>
 
-#include <csignal>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 #include "tests/support.h"
 
 namespace tests {
 namespace {
 
+using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kDeadline{10};  // of every wait
-// Silence after which nothing more is expected of a program that sleeps.
-constexpr std::chrono::milliseconds kCalm{400};
 
 bool readable(int fd, int milliseconds = 0) {
   pollfd request{fd, POLLIN, 0};
@@ -38,7 +39,35 @@ std::string command(const Options& options) {
   return line + " '" PROGRAM "' " + options.rest;
 }
 
+int exit_status(int wait_status) {
+  return WIFSIGNALED(wait_status) ? 128 + WTERMSIG(wait_status)
+                                  : WEXITSTATUS(wait_status);
+}
+
+// Runs `line` as a job of a shell, which alone can be stopped and continued.
+[[noreturn]] void run_job(const std::string& line) {
+  for (const int signal : {SIGHUP, SIGTTOU}) std::signal(signal, SIG_IGN);
+  if (const pid_t job = fork(); job != 0) {
+    int status = 0;
+    waitpid(job, &status, 0);
+    _exit(exit_status(status));
+  }
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  setpgid(0, 0);
+  tcsetpgrp(STDIN_FILENO, getpid());
+  for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
+  execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+  _exit(127);
+}
+
 }  // namespace
+
+Words split(const std::string& text, char separator) {
+  std::istringstream in(text);
+  Words parts;
+  for (std::string s; std::getline(in, s, separator);) parts.push_back(s);
+  return parts;
+}
 
 std::string settings_of(int terminal) {
   termios now;
@@ -57,59 +86,70 @@ Screen::Screen(Size size, const Options& options)
   resize(size);
   initial_settings_ = settings();
   const std::string line = command(options);
-  pid_ = fork();
-  if (pid_ < 0) std::abort();
-  if (pid_ > 0) return;
+  shell_ = fork();
+  if (shell_ < 0) std::abort();
+  if (shell_ > 0) return;
+  close(master_);
   login_tty(slave_);
-  if (options.job) {
-    // Between terminal and program stands a process like a shell.
-    if (fork() > 0) _exit(::wait(nullptr) < 0 ? 1 : 0);
-    setpgid(0, 0);
-    std::signal(SIGTTOU, SIG_IGN);
-    tcsetpgrp(STDIN_FILENO, getpid());
+  run_job(line);
+}
+
+Screen::~Screen() {
+  if (!ended()) kill(shell_, SIGKILL);
+  wait();
+  hang_up();
+}
+
+testing::AssertionResult Screen::walk(const std::string& steps) {
+  for (const std::string& step : split(steps, ',')) {
+    const auto end = std::min(step.find('>'), step.size());
+    const auto keys = step.substr(std::min(end + 1, step.size()));
+    bool passed = false;
+    if (step.starts_with('?')) {
+      passed = awaited(step.substr(1), false);
+    } else if ((passed = awaited(step.substr(0, end), true))) {
+      type(keys + "\r");
+      if (!keys.empty() && (passed = awaited("", true))) type("\r");
+    }
+    if (!passed) return testing::AssertionFailure() << step << rows(1, rows_);
   }
-  for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
-  execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-  _exit(127);
+  return testing::AssertionSuccess();
 }
 
 // To poll the program's side hands on what was typed and then tells whether any
-// of it is unread, so what the screen shows cannot be of an earlier state. The
-// calm is for processes that the program may have left behind.
+// of it is unread, so what the screen shows cannot be of an earlier state.
 bool Screen::awaited(std::string_view text, bool in_question) {
   // Of standard input, or until the line editor can read it.
   const std::string reads = std::to_string(SYS_read) + " 0x0 ";
   const std::string selects = std::to_string(SYS_pselect6) + " 0x1 ";
-  const auto end = Clock::now() + kDeadline;
-  for (; Clock::now() < end; drain(1)) {
+  const auto edge = [this](int r) { return rows(r, r).starts_with("---"); };
+  for (const auto end = Clock::now() + kDeadline; Clock::now() < end;
+       drain(1)) {
     const bool over = ended(), unread = readable(slave_);
-    const std::string call = program_file("syscall");
-    const bool asks =
-        call.starts_with(reads) || call.starts_with(selects) || stopped();
-    if (call.starts_with("running")) last_activity_ = Clock::now();
+    const std::string call = file("syscall");
+    const bool asks = call.starts_with(reads) || call.starts_with(selects);
     drain(0);
-    const bool calm = Clock::now() - last_activity_ > kCalm;
-    if (!over && (unread || !(asks || calm))) continue;
-    const auto edge = [this](int r) { return row(r).starts_with("---"); };
-    int r = in_question ? cursor().first - 1 : 1;
-    const bool menu = in_question && edge(r);
-    while (menu && --r > 1 && !edge(r)) continue;
-    const int last = in_question ? cursor().first : rows_;
-    while (r <= last && row(r).find(text) == std::string::npos) ++r;
-    if (r <= last && !(in_question && over)) return true;
-    if (calm) return false;
+    if (!over && (unread || !(asks || stopped()))) continue;
+    VTermPos cursor{};  // from 0
+    vterm_state_get_cursorpos(vterm_obtain_state(vterm_.get()), &cursor);
+    const int last = in_question ? cursor.row + 1 : rows_;
+    int first = in_question ? cursor.row : 1;
+    if (in_question && edge(first)) {
+      while (--first > 1 && !edge(first)) continue;
+    }
+    if (rows(first, last).find(text) != std::string::npos) {
+      return !(in_question && over);
+    }
   }
   return false;
 }
 
 bool Screen::ended() {
   int status = 0;
-  if (!reaped_ && waitpid(pid_, &status, WNOHANG) == pid_) {
-    reaped_ = true;
-    if (WIFEXITED(status)) outcome_.status = WEXITSTATUS(status);
-    if (WIFSIGNALED(status)) outcome_.signal = WTERMSIG(status);
+  if (status_ < 0 && waitpid(shell_, &status, WNOHANG) == shell_) {
+    status_ = exit_status(status);
   }
-  return reaped_;
+  return status_ >= 0;
 }
 
 // Takes the output there is, at most twice what a terminal holds back, waiting
@@ -119,46 +159,35 @@ void Screen::drain(int milliseconds) {
   for (int i = 0; i < 32 && readable(master_, i == 0 ? milliseconds : 0); ++i) {
     const auto got = read(master_, bytes.data(), bytes.size());
     if (got <= 0) return;
-    last_activity_ = Clock::now();
     raw_.append(bytes, 0, static_cast<std::size_t>(got));
     vterm_input_write(vterm_.get(), bytes.data(), static_cast<size_t>(got));
   }
 }
 
-// The process group in the foreground, also behind a job's shell.
+// The process in the foreground.
 pid_t Screen::program() const {
   const pid_t group = master_ < 0 ? -1 : tcgetpgrp(master_);
-  return group > 0 ? group : pid_;
+  return group > 0 ? group : shell_;
 }
 
-std::string Screen::program_file(const std::string& name) const {
+std::string Screen::file(const std::string& name) const {
   return content_of("/proc/" + std::to_string(program()) + "/" + name);
+}
+
+std::string Screen::rows(int first, int last) const {
+  const VTermScreen* const screen = vterm_obtain_screen(vterm_.get());
+  std::string text;
+  for (int r = std::max(first, 1); r <= std::min(last, rows_); ++r) {
+    std::string row(static_cast<std::size_t>(columns_) * 24, ' ');
+    row.resize(vterm_screen_get_text(screen, row.data(), row.size(),
+                                     {r - 1, r, 0, columns_}));
+    text += row.substr(0, row.find_last_not_of(' ') + 1) + "\n";
+  }
+  return text;
 }
 
 void Screen::type(std::string_view keys) {
   EXPECT_GE(write(master_, keys.data(), keys.size()), 0);
-  last_activity_ = Clock::now();
-}
-
-std::string Screen::row(int row) const {
-  if (row < 1 || row > rows_) return {};
-  std::string text(static_cast<std::size_t>(columns_) * 24, ' ');
-  const VTermScreen* const screen = vterm_obtain_screen(vterm_.get());
-  text.resize(vterm_screen_get_text(screen, text.data(), text.size(),
-                                    {row - 1, row, 0, columns_}));
-  return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
-std::pair<int, int> Screen::cursor() const {
-  VTermPos position{};
-  vterm_state_get_cursorpos(vterm_obtain_state(vterm_.get()), &position);
-  return {position.row + 1, position.col + 1};
-}
-
-std::string Screen::dump() const {
-  std::string text = "ended with " + std::to_string(outcome_.status) + "\n";
-  for (int r = 1; r <= rows_; ++r) text += row(r) + "\n";
-  return text;
 }
 
 void Screen::resize(Size size) {
@@ -169,17 +198,16 @@ void Screen::resize(Size size) {
   vterm_set_size(vterm_.get(), rows_, columns_);
 }
 
-void Screen::signal(int signal) {
-  if (!ended()) kill(program(), signal);
-  last_activity_ = Clock::now();
+void Screen::hang_up() {
+  for (int* const side : {&master_, &slave_}) close(std::exchange(*side, -1));
 }
 
-Outcome Screen::wait() {
+int Screen::wait() {
   for (const auto end = Clock::now() + kDeadline; !ended(); drain(1)) {
-    if (Clock::now() > end) signal(SIGKILL);
+    if (Clock::now() > end) kill(shell_, SIGKILL);
   }
   drain(0);
-  return outcome_;
+  return status_;
 }
 
 // The command is a file because no single argument may be longer than 128 KiB.
@@ -190,7 +218,7 @@ Outcome run_piped(std::string_view input, const Options& options) {
   const std::string in = "cd '" + files.path("") + "' && cat in | ";
   const int status =
       std::system((in + "timeout -s KILL 10 sh run >out 2>err").c_str());
-  return {WEXITSTATUS(status), 0, content_of(files.path("out")),
+  return {exit_status(status), content_of(files.path("out")),
           content_of(files.path("err"))};
 }
 

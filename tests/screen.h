@@ -6,9 +6,8 @@
 #ifndef TESTS_SCREEN_H_
 #define TESTS_SCREEN_H_
 
-#include <unistd.h>
+#include <gtest/gtest.h>
 
-#include <chrono>
 #include <csignal>
 #include <memory>
 #include <string>
@@ -21,6 +20,7 @@ struct VTerm;
 namespace tests {
 
 using Words = std::vector<std::string>;
+Words split(const std::string& text, char separator);
 
 struct Size {
   unsigned short rows, columns;
@@ -31,76 +31,59 @@ struct Options {
   std::string directory = DATA_DIR;
   Words environment{};  // "NAME=value", on top of what is fixed
   std::string rest{};   // of the command in shell notation: "--help 2>&-"
-  bool job = false;     // of a shell; only such a program stops on SIGTSTP
-};
-
-struct Outcome {
-  int status = -1;  // exit status; on a screen -1 after a signal
-  int signal = 0;   // that ended the program, also SIGKILL at the deadline
-  std::string out{}, err{};  // of run_piped only
 };
 
 // All settings of a terminal.
 std::string settings_of(int terminal);
 
-// Rows and columns count from 1. To a size of 0 belongs a screen of 24 x 80.
+// Rows count from 1. To a size of 0 belongs a screen of 24 x 80.
 class Screen {
  public:
   explicit Screen(Size size = {24, 80}, const Options& options = {});
-  ~Screen() {
-    signal(SIGKILL);
-    wait();
-    hang_up();
-  }
+  ~Screen();
 
-  // Types `keys` when the program waits with `prompt` in the last question: the
-  // cursor's row and the one above, or the whole menu whose lower edge is
-  // above. False when it waits at another prompt, is gone, or at the deadline.
-  bool answer(std::string_view prompt, std::string_view keys) {
-    const bool asked = awaited(prompt, true);
-    if (asked) type(keys);
-    return asked;
-  }
-  // Whether any row has `text` when it waits, has been stopped or has ended.
-  bool shows(std::string_view text) { return awaited(text, false); }
+  // Steps between commas: waits for each prompt, types the keys behind its ">"
+  // and RET, and RET again to confirm them; without keys RET alone. A prompt is
+  // sought in the last question only: the row of the cursor and the one above,
+  // or the whole menu whose lower edge is above. Behind a "?" is what any row
+  // must show when the program waits, has stopped or has ended. Fails, with the
+  // screen, when that takes 10 s.
+  testing::AssertionResult walk(const std::string& steps);
 
-  // The state at the last of these waits.
-  std::string row(int row) const;  // without trailing blanks
-  std::pair<int, int> cursor() const;
+  // The screen at the last of these waits, without trailing blanks.
+  std::string rows(int first, int last) const;     // each with its line end
   const std::string& raw() const { return raw_; }  // all output so far
-  std::string dump() const;                        // the screen
 
   void type(std::string_view keys);  // whether awaited or not
   void resize(Size size);
-  void signal(int signal);
-  bool stopped() const {
-    return program_file("status").find("State:\tT") != std::string::npos;
-  }
+  void signal(int signal) const { kill(program(), signal); }
   // The terminal goes away; settings must not be asked after.
-  void hang_up() {
-    for (int* const side : {&master_, &slave_}) close(std::exchange(*side, -1));
-  }
-  Outcome wait();  // for the end
+  void hang_up();
+  // For the end, which may be by the SIGKILL that follows after 10 s. The exit
+  // status as a shell has it: 128 + the signal, if one ended the program.
+  int wait();
+  bool stopped() const { return file("status").find("State:\tT") < 9999; }
   std::string settings() const { return settings_of(slave_); }
   bool restored() const { return settings() == initial_settings_; }
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   bool awaited(std::string_view text, bool in_question);
   bool ended();
   void drain(int milliseconds);
   pid_t program() const;
-  std::string program_file(const std::string& name) const;
+  std::string file(const std::string& name) const;  // of its /proc directory
 
   const std::unique_ptr<VTerm, void (*)(VTerm*)> vterm_;
   int rows_ = 0, columns_ = 0;
   int master_ = -1, slave_ = -1;  // the tester's and the program's side
-  pid_t pid_ = -1;
-  bool reaped_ = false;
-  Outcome outcome_;
-  Clock::time_point last_activity_ = Clock::now();
+  pid_t shell_ = -1;
+  int status_ = -1;
   std::string initial_settings_, raw_;
+};
+
+struct Outcome {
+  int status;
+  std::string out, err;
 };
 
 // Runs the program to its end with `input` coming through a pipe, and its

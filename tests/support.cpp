@@ -1,13 +1,46 @@
 #include "tests/support.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
-#include <memory>
+
+#include "base/unit.h"
+#include "terminal/readaline.h"
 
 namespace tests {
+namespace {
+
+// A file in place of standard input or output, in the life of its owner.
+class Channel {
+ public:
+  Channel(int fd, std::string_view content)
+      : fd_(fd), before_(fcntl(fd, F_DUPFD_CLOEXEC, 3)) {
+    const int file = memfd_create("channel", MFD_CLOEXEC);
+    EXPECT_EQ(pwrite(file, content.data(), content.size(), 0),
+              static_cast<ssize_t>(content.size()));
+    replace_by(file);
+  }
+  ~Channel() { replace_by(before_); }
+  Channel(const Channel&) = delete;
+
+  std::string content() const {
+    return content_of("/dev/fd/" + std::to_string(fd_));
+  }
+
+ private:
+  void replace_by(int other) const {
+    std::fflush(stdout);
+    dup2(other, fd_);
+    close(other);
+  }
+
+  const int fd_, before_;
+};
+
+}  // namespace
 
 base::FatalEnd fatal_end_of(const std::function<void()>& action) {
   try {
@@ -25,38 +58,25 @@ testing::AssertionResult has(const std::string& text, std::string_view part) {
          << "'" << part << "' in '" << text << "'";
 }
 
+std::string content_of(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
 std::string TemporaryDirectory::write(const std::string& file,
                                       std::string_view content) const {
   std::ofstream(path(file), std::ios::binary) << content;
   return path(file);
 }
 
-std::string content_of(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 std::string output_of(std::string_view input,
                       const std::function<void()>& action) {
-  const TemporaryDirectory files;
-  const auto replace = [](int fd, int other) {
-    dup2(other, fd);
-    close(other);
-  };
+  const Channel in(STDIN_FILENO, input), out(STDOUT_FILENO, "");
+  const base::UnitCloser one(base::unit(1)), two(base::unit(2));
+  terminal::clearhist();
+  action();
   std::fflush(stdout);
-  {
-    const int in = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
-    const int out = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
-    const std::shared_ptr<void> at_end(nullptr, [&](void*) {
-      std::fflush(stdout);
-      replace(STDIN_FILENO, in);
-      replace(STDOUT_FILENO, out);
-    });
-    replace(STDIN_FILENO, open(files.write("in", input).c_str(), O_RDWR));
-    replace(STDOUT_FILENO, open(files.write("out", "").c_str(), O_RDWR));
-    action();
-  }
-  return content_of(files.path("out"));
+  return out.content();
 }
 
 }  // namespace tests

@@ -1,4 +1,5 @@
-// What the tests share: temporary files, captured dialogue, fatal ends.
+// What tests and fuzz targets share: files that go again, captured dialogue,
+// fatal ends.
 
 #ifndef TESTS_SUPPORT_H_
 #define TESTS_SUPPORT_H_
@@ -19,12 +20,12 @@ namespace tests {
 base::FatalEnd fatal_end_of(const std::function<void()>& action);
 #define EXPECT_CAUSE(action, text) \
   EXPECT_EQ(tests::fatal_end_of([&] { action; }).cause(), text)
-#define EXPECT_ADVICE(action, text) \
-  EXPECT_EQ(tests::fatal_end_of([&] { action; }).advice(), text)
 
 testing::AssertionResult has(const std::string& text, std::string_view part);
 
-// A directory that goes with the test.
+std::string content_of(const std::string& file);
+
+// An empty directory that goes with its owner.
 class TemporaryDirectory {
  public:
   TemporaryDirectory() { EXPECT_NE(mkdtemp(path_.data()), nullptr); }
@@ -40,9 +41,7 @@ class TemporaryDirectory {
       std::filesystem::temp_directory_path() / "attenuation-XXXXXX";
 };
 
-std::string content_of(const std::string& file);
-
-// Makes `directory` the current one for the time of a test.
+// Makes `directory` the current one while it lives.
 class WorkingDirectory {
  public:
   explicit WorkingDirectory(const std::string& directory) {
@@ -55,7 +54,7 @@ class WorkingDirectory {
 };
 
 // Runs `action` with `input` as standard input and returns what it wrote to
-// standard output.
+// standard output. Behind it, data files are closed and the history is empty.
 std::string output_of(std::string_view input,
                       const std::function<void()>& action);
 
