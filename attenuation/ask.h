@@ -1,4 +1,5 @@
-// The questions of the main dialogue, all in the terminal's width.
+// The questions of the main dialogue, all in the terminal's width. A question
+// and a help key have at most 132 characters. Fatal: end of input.
 
 #ifndef ATTENUATION_ASK_H_
 #define ATTENUATION_ASK_H_
@@ -9,11 +10,12 @@
 
 namespace attenuation {
 
-// Asks for a number; `form` is its format (see trlnu). A quit keeps `value`.
+// Asks for a number; `form` is its format (see trlnu), of at most 7 characters.
+// A quit keeps `value`.
 float ask_value(std::string_view question, std::string_view form, float value,
                 std::string_view help_key);
 
-// Asks for a text; a quit gives "*".
+// Asks for a text; a quit gives "*". Fatal: an answer of over 80 characters.
 base::Text<132> ask_string(std::string_view question, std::string_view answer,
                            std::string_view help_key);
 

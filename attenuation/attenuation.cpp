@@ -42,6 +42,8 @@ float coefficient(const Block& block, double x) {
   // Stops at the array's bound at the latest: unread slots are 0.
   int i = 1;
   while (x >= xi(i)) ++i;
+  // Below the first point this is 0, in the first interval i - 1 will be:
+  // either is the range error of `xi`.
   --i;
 
   if (xi(i) == x) return static_cast<float>(yi(i));
@@ -53,6 +55,7 @@ float coefficient(const Block& block, double x) {
                            " point read, " +
                            std::to_string(block.points));
   }
+  // In this order: an interval with an edge at either end is singular. Meant.
   int first = i - 1;
   int ns = 4;
   if (xi(i + 1) == xi(i + 2)) {

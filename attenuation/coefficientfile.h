@@ -18,6 +18,8 @@ inline constexpr std::string_view kCoefficientFile = "attenuation.coefficients";
 // Opens the coefficient file as unit 1 and reads to the record after the one
 // that names the element, into `element`. Column 1 of a name record does not
 // count; one that merely begins with the name also matches.
+// The unit stays open before the block's six header records, for attenuation();
+// the caller closes it.
 // Fatal: no such file or element; a name that does not fit the record.
 template <int N>
 void find_element(const base::Text<12>& name, base::Text<N>& element) {

@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "base/fatal.h"
-#include "toolkit/text/harmless.h"
 
 namespace attenuation {
 namespace {
@@ -68,8 +67,8 @@ void contentformula(const Text<132>& formula, const Symbols& es, int& j,
     } while (!ch132.blank());
   } catch (base::RangeError& error) {
     std::string advice = "cannot read the formula \"" +
-                         toolkit::harmless(formula.trimmed()) + "\" at \"" +
-                         toolkit::harmless(component_start.trimmed()) + "\": ";
+                         std::string(formula.trimmed()) + "\" at \"" +
+                         std::string(component_start.trimmed()) + "\": ";
     if (j > kComponents) {
       advice += "a formula has at most 12 components";
     } else if (component_start == "*") {

@@ -4,11 +4,11 @@
 
 #include "base/array.h"
 #include "base/fatal.h"
+#include "base/harmless.h"
 #include "base/text.h"
 #include "base/unit.h"
 #include "help/query.h"
 #include "terminal/window.h"
-#include "toolkit/text/harmless.h"
 #include "toolkit/text/itoc8.h"
 #include "toolkit/text/trlch.h"
 
@@ -27,7 +27,8 @@ int read_record(base::Unit& file, Text<80>& ch80) {
   return mz;
 }
 
-// Fills the query tables with the modifications of `nz`; returns how many.
+// Fills the query tables with the modifications of `nz`; returns how many. The
+// file is closed before the menu: its help reads details files by this unit.
 int read_modifications(int nz) {
   base::Unit& file = base::unit(2);
   file.open("dichte.dat");
@@ -38,7 +39,7 @@ int read_modifications(int nz) {
     int mz = 0;
     while (mz != nz) mz = read_record(file, ch80);
     while (mz == nz) {
-      scrd.queryar(++lq) = toolkit::harmless(ch80.columns<9, 80>());
+      scrd.queryar(++lq) = base::harmless(ch80.columns<9, 80>());
       mz = read_record(file, ch80);
     }
   } catch (base::EndOfFile& end) {
@@ -51,7 +52,7 @@ int read_modifications(int nz) {
     error.advise(
         "dichte.dat: an element has at most 64 modifications, an atomic number"
         " at most 7 columns; the record is \"" +
-        toolkit::harmless(ch80.trimmed()) + "\"");
+        std::string(ch80.trimmed()) + "\"");
     throw;
   }
   for (int i = 1; i <= lq; ++i) scrd.ext(i) = "";

@@ -2,7 +2,6 @@
 
 #include "base/fatal.h"
 #include "base/unit.h"
-#include "toolkit/text/harmless.h"
 #include "toolkit/text/trlch.h"
 
 namespace attenuation {
@@ -28,8 +27,7 @@ int element_with_symbol(const Symbols& es, const base::Text<2>& symbol) {
   try {
     while (es(i) != symbol) ++i;
   } catch (base::RangeError& error) {
-    error.advise("unknown element symbol \"" +
-                 toolkit::harmless(symbol.trimmed()) +
+    error.advise("unknown element symbol \"" + std::string(symbol.trimmed()) +
                  "\": symbols are case-sensitive, for example Cu or N");
     throw;
   }

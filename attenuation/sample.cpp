@@ -13,7 +13,6 @@
 #include "base/text.h"
 #include "base/unit.h"
 #include "help/query.h"
-#include "toolkit/text/harmless.h"
 #include "toolkit/text/itoc8.h"
 
 namespace attenuation {
@@ -38,7 +37,7 @@ Formula preset(const Sample& sample, const Symbols& es) {
     if (es(atoms.index) != atoms.symbol) {
       base::note(
           "elements.dat:" + std::to_string(atoms.index) + ": the sample " +
-          "takes " + toolkit::harmless(es(atoms.index).trimmed()) +
+          "takes " + std::string(es(atoms.index).trimmed()) +
           ", which stands in this line, for " + std::string(atoms.symbol));
     }
     formula.indx(++formula.j) = atoms.index;
@@ -68,6 +67,7 @@ SampleInBeam set_up_element(const Text<12>& name, const Sample& sample) {
   constexpr int kWidth = 7;
   const float energy = ask_value("Photon energy in keV", sample.form,
                                  sample.energy, "read/energy");
+  // Open over the density menu, whose help uses units 2 and 3.
   const base::UnitCloser closer(base::unit(1));
   Text<16> element;
   find_element(name, element);
@@ -108,8 +108,8 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
   const std::string as_read =
       written_out(elements.es, formula.j, formula.indx, formula.mult);
   if (answer != as_read) {
-    base::note("the formula " + toolkit::harmless(answer.trimmed()) +
-               " is read as " + toolkit::harmless(as_read));
+    base::note("the formula " + std::string(answer.trimmed()) + " is read as " +
+               as_read);
   }
   if (sample.kind == Kind::kFormula) {
     return set_up_compound(formula, density, sample, elements);
@@ -122,12 +122,14 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
   return in_beam;
 }
 
-enum Unit { kArealMass = 1, kMillimetres = 2 };
+// As in the menu. One left without a choice counts as millimetres, but the next
+// menu proposes mg/cm2. Meant.
+enum class ThicknessUnit { kNone, kArealMass, kMillimetres };
 
-// The unit for the next thickness: the entry of the menu, 0 if it was left
-// without a choice. The unit chosen last is the default.
-int asked_unit(int last_choice) {
-  Text<80> ch80 = last_choice == kMillimetres ? "mm" : "mg/cm2";
+// The unit for the next thickness; the one chosen last is the default.
+ThicknessUnit asked_unit(ThicknessUnit last_choice) {
+  const bool in_mm = last_choice == ThicknessUnit::kMillimetres;
+  Text<80> ch80 = in_mm ? "mm" : "mg/cm2";
   ch80.at(80, "ch80") = '#';
   scrd.queryar(1) = "thickness mg/cm2";
   scrd.helpar(1) = "read/mgcm2";
@@ -138,12 +140,12 @@ int asked_unit(int last_choice) {
   int lk = 2;
   Text<132> title = "thickness of the sample";
   help::query(lq, lk, title, ch80);
-  return lq;
+  return static_cast<ThicknessUnit>(lq);
 }
 
 // The areal mass in g/cm2.
-float asked_thickness(int unit, float density) {
-  if (unit == kArealMass) {
+float asked_thickness(ThicknessUnit unit, float density) {
+  if (unit == ThicknessUnit::kArealMass) {
     return ask_value("thickness mg/cm2", "f8.2", 100.0F, "read/mgcm2") /
            1000.0F;
   }
@@ -183,7 +185,7 @@ SampleInBeam set_up(const Sample& sample, const ElementList& elements) {
 
 void thickness_loop(const SampleInBeam& sample) {
   // Without a density there is no menu, and no thickness in mm.
-  int unit = kArealMass;
+  auto unit = ThicknessUnit::kArealMass;
   do {
     if (sample.density > 0.0F) unit = asked_unit(unit);
     report(sample, asked_thickness(unit, sample.density));

@@ -6,11 +6,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
 #include <utility>
+
+#include "base/harmless.h"
 
 namespace base {
 namespace {
@@ -63,11 +66,21 @@ void write_if_possible(int fd, std::string_view text) {
   }
 }
 
+// Line by line to standard error. Names of files and what stands in them must
+// not steer the terminal.
+void tell(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    write_if_possible(STDERR_FILENO, harmless(line) + "\n");
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+  }
+}
+
 void report(const std::string& text) {
   if (isatty(STDOUT_FILENO) != 0) {
     write_if_possible(STDOUT_FILENO, "\x1b[0m\n");
   }
-  write_if_possible(STDERR_FILENO, text);
+  tell(text);
 }
 
 // A data file must not take the number of a standard channel that was closed
@@ -105,9 +118,7 @@ void fatal(std::string cause, std::string advice, SourcePosition at) {
   throw FatalEnd(std::move(cause), std::move(advice), at);
 }
 
-void note(const std::string& text) {
-  write_if_possible(STDERR_FILENO, "Note: " + text + "\n");
-}
+void note(const std::string& text) { tell("Note: " + text); }
 
 int run(void (*program)()) {
   occupy_standard_channels();

@@ -55,6 +55,8 @@ class EndOfFile : public FatalEnd {
   using FatalEnd::FatalEnd;
 };
 
+// Throws a FatalEnd. Where a caller tells them apart, throw a RangeError or an
+// EndOfFile instead.
 [[noreturn]] void fatal(std::string cause, std::string advice = {},
                         SourcePosition at = SourcePosition::current());
 
@@ -66,7 +68,7 @@ void note(const std::string& text);
 // Runs `program` and returns the exit status: 0, or kFatalStatus after a fatal
 // end, which is reported on standard error. By then the guards have put the
 // terminal's settings back; on a terminal, attributes are reset and the report
-// begins on a fresh line.
+// begins on a fresh line. Whatever a report names, it steers no terminal.
 int run(void (*program)());
 
 }  // namespace base

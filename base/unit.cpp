@@ -15,10 +15,8 @@
 namespace base {
 namespace {
 
-// Room for a whole data file in a few reads; a line longer than this is cut.
+// Room for a whole data file in a few reads.
 constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
-// No field of the dialogue is longer than a help record or a script line.
-constexpr std::size_t kLongestTypedLine = 4096;
 
 std::string working_directory() {
   std::array<char, 4096> path{};
@@ -158,7 +156,7 @@ std::optional<std::string_view> Unit::next_buffered_line() {
     return std::string_view(buffer_.data(), held);
   }
   // The line fills the buffer: keep its beginning, pass over the rest.
-  long_line_.assign(buffer_.data(), kLongestTypedLine);
+  long_line_.assign(buffer_.data(), kLongestLine);
   for (begin_ = end_;;) {
     if (begin_ == end_ && !refill()) return long_line_;
     const void* const found =
@@ -196,7 +194,7 @@ void Unit::skip_to(int column, std::string_view text) {
 }
 
 std::optional<std::string_view> Unit::next_typed_line() {
-  if (buffer_.empty()) buffer_.resize(kLongestTypedLine);
+  if (buffer_.empty()) buffer_.resize(kLongestLine);
   std::size_t length = 0;
   for (;;) {
     const int byte = read_byte();

@@ -4,7 +4,11 @@
 // end. Records are read into fixed-length fields: longer lines are cut,
 // shorter ones padded with blanks.
 //
-// Unit 5 is standard input, unit 6 standard output. Standard input is read one
+//   1   element list, coefficient file       5   standard input
+//   2   density file, details files          6   standard output
+//   3   help file                            10  script of the prompts
+//
+// Standard input is read one
 // byte at a time, so that single keys, Readline and whatever is started from
 // the program find every byte that the dialogue did not ask for.
 
@@ -26,6 +30,9 @@ inline constexpr int kTerminalInput = 5;
 inline constexpr int kTerminalOutput = 6;
 inline constexpr int kScriptUnit = 10;
 
+// Bytes that are kept of a longer line; no field of the program is wider.
+inline constexpr int kLongestLine = 4096;
+
 class Unit {
  public:
   // number  the unit's number, for messages
@@ -44,7 +51,9 @@ class Unit {
   // Creates or empties `file` for writing. Fatal: it cannot be written.
   void create(std::string_view file,
               SourcePosition at = SourcePosition::current());
+  // Goes back to the start of a file that is read.
   void rewind();
+  // Does nothing to a closed unit, nor to 5 and 6.
   void close();
 
   // Reads the next record; false at the end of the file.
@@ -61,9 +70,9 @@ class Unit {
     if (!try_read(record)) end_of_file(at);
   }
 
-  // Reads to the first record that has `text` from column `column` on, into
-  // `record`; the same as reading one record after the other, but fast. Fatal
-  // (EndOfFile): there is none.
+  // Reads to the first record that has `text`, which ends in no blank, from
+  // column `column` on, into `record`; the same as reading one record after the
+  // other, but fast. Fatal (EndOfFile): there is none.
   template <int N>
   void read_to(int column, std::string_view text, Text<N>& record,
                SourcePosition at = SourcePosition::current()) {
@@ -75,12 +84,16 @@ class Unit {
                   .starts_with(text));
   }
 
-  // One byte of the file, 0..255, or -1 at its end.
+  // One byte of standard input, 0..255, or -1 at its end. Of unit 5 only: of a
+  // file it would skip what was read ahead.
   [[nodiscard]] int read_byte();
 
-  // Writes one record, its line end included, in a single call.
+  // Writes one record, its line end included, in a single call. Fatal: it
+  // cannot be written.
   void write(std::string_view record);
 
+  // Fatal (EndOfFile), always: "end of input", or the file and where it was
+  // looked for.
   [[noreturn]] void end_of_file(
       SourcePosition at = SourcePosition::current()) const;
 

@@ -38,7 +38,7 @@ void help(const base::Text<132>& chin) {
   cmpa.zoxuhepath = directory;
   if (!exists(helpfile)) {
     helpfile = "helpfile.help";
-    cmpa.zoxuhepath = ".";
+    if (directory.empty()) cmpa.zoxuhepath = ".";
     if (!exists(helpfile)) {
       base::Unit& terminal = base::unit(base::kTerminalOutput);
       terminal.write(" helpfile:helpfile.help");

@@ -20,7 +20,7 @@ extern Localpath localpath;
 struct Cmpa {
   base::Text<64> zoxuhepath;  // help directory, for "details" files
   int nwrwin = 0;             // output unit of the help text
-  base::Array<base::Text<16>, 8> chterm{"chterm"};
+  base::Array<base::Text<16>, 8> chterm{"chterm"};  // for other programs
 };
 
 extern Cmpa cmpa;
@@ -28,7 +28,8 @@ extern Cmpa cmpa;
 // Shows the help for the key `chin` and lets the user walk on to related pages
 // (see helproutine). The help file is "$ZOXUHEPATH" followed directly by
 // `localhepath`, else "helpfile.help" in the current directory; a message says
-// so when there is neither. Its directory goes into `cmpa`.
+// so when there is neither. The help directory, or "." without one, goes into
+// `cmpa`. Fatal: end of input; more than 32 related entries.
 void help(const base::Text<132>& chin);
 
 }  // namespace help

@@ -8,12 +8,12 @@
 
 #include "base/array.h"
 #include "base/fatal.h"
+#include "base/harmless.h"
 #include "base/unit.h"
 #include "help/help.h"
 #include "help/query.h"
 #include "help/viewdvi.h"
 #include "terminal/window.h"
-#include "toolkit/text/harmless.h"
 #include "toolkit/text/nextchar.h"
 #include "toolkit/text/stringlength.h"
 
@@ -41,7 +41,7 @@ bool answered_quit() {
 // A text record as it goes to the terminal. The attribute stands right-
 // justified in five columns.
 std::string marked_up(const Record& record) {
-  std::string text = toolkit::harmless(record.trimmed());
+  std::string text = base::harmless(record.trimmed());
   const std::string_view mark = record.columns<1, 3>();
   std::string_view attribute;
   if (mark == "\\bf") attribute = " \x1b[1m";
@@ -113,7 +113,7 @@ class Browser {
     }
     show("\x1b[31m \x1b[1A");
     show("   from help-file:" +
-         toolkit::harmless(base::trimmed(helpfile_.columns<1, 64>())) + " " +
+         base::harmless(base::trimmed(helpfile_.columns<1, 64>())) + " " +
          std::string(kNormal));
   }
 
@@ -156,9 +156,9 @@ class Browser {
   }
 
   void not_found(const Record& key) {
-    show("no entry found for " + toolkit::harmless(key.trimmed()) +
+    show("no entry found for " + base::harmless(key.trimmed()) +
          " in helpfile:");
-    show(toolkit::harmless(helpfile_.trimmed()));
+    show(base::harmless(helpfile_.trimmed()));
   }
 
   void list_headers(const Record& key) {
@@ -169,7 +169,7 @@ class Browser {
                              header.columns<2, 2>() != "#" &&
                              header.columns<2, 2>() != ">";
       if (!is_header || !header.trimmed().starts_with(key.trimmed())) continue;
-      show(toolkit::harmless(header.trimmed()));
+      show(base::harmless(header.trimmed()));
       if (++shown % page_rows_ == 0 && answered_quit()) return;
     }
     if (shown == 0) {
@@ -191,7 +191,7 @@ class Browser {
       }
       if (shown == 0 && record_.columns<1, 2>() == "/>") {
         if (++links > kMostLinks) {
-          show(" the links of the entry " + toolkit::harmless(key.trimmed()) +
+          show(" the links of the entry " + base::harmless(key.trimmed()) +
                " lead in a circle");
           return false;
         }
@@ -221,7 +221,7 @@ class Browser {
       try {
         level.que(level.count + 1) = entry;
       } catch (base::RangeError& error) {
-        error.advise("the help file " + toolkit::harmless(helpfile_.trimmed()) +
+        error.advise("the help file " + std::string(helpfile_.trimmed()) +
                      " has an entry with more than 32 related entries: split"
                      " the entry");
         throw;
@@ -260,7 +260,7 @@ class Browser {
     scrd.queryar(1) = "return";
     scrd.ext(1) = "";
     for (int i = 1; i <= level.count; ++i) {
-      scrd.queryar(i + 1) = toolkit::harmless(level.que(i).trimmed());
+      scrd.queryar(i + 1) = base::harmless(level.que(i).trimmed());
       scrd.ext(i + 1) = "";
     }
     int lq = level.count + 1;
@@ -274,7 +274,7 @@ class Browser {
 
   void view_document(const std::string& name) {
     if (!safe_for_shell(name)) {
-      show(" the document name " + toolkit::harmless(name) +
+      show(" the document name " + base::harmless(name) +
            " has characters other than letters, digits, \".\", \"_\", \"-\"");
       return;
     }
@@ -286,13 +286,13 @@ class Browser {
         std::string(cmpa.zoxuhepath.trimmed()) + "/" + name;
     base::Unit& details = base::unit(2);
     if (!details.try_open(file)) {
-      show(" file " + toolkit::harmless(file) + " for details not found");
+      show(" file " + base::harmless(file) + " for details not found");
       show("");
       return;
     }
     const base::UnitCloser closer(details);
     for (Text<80> line; details.try_read(line);) {
-      show(Text<80>(toolkit::harmless(line.full())).full());
+      show(Text<80>(base::harmless(line.full())).full());
     }
   }
 

@@ -328,6 +328,7 @@ class Menu {
       case terminal::kReturnKey:
         return take_return();
       default:
+        // End of input comes here too: reading on then ends the run.
         return rest_of_line(static_cast<char>(key_ & 0xFF));
     }
   }

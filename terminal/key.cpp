@@ -41,14 +41,22 @@ void deliver_by_default(int signal) {
   sigaction(signal, &caught, nullptr);
 }
 
+// In the background the terminal is the shell's, whose settings must stay.
+// Back in the foreground, another SIGCONT follows.
+void set_terminal_if_ours(const termios& settings) {
+  const pid_t foreground = tcgetpgrp(STDIN_FILENO);
+  if (foreground >= 0 && foreground != getpgrp()) return;
+  tcsetattr(STDIN_FILENO, TCSANOW, &settings);
+}
+
 // Calls only what is safe in a signal handler.
 void on_signal(int signal) {
   const int error = errno;
   if (signal != SIGCONT) {
-    tcsetattr(STDIN_FILENO, TCSANOW, &stored_settings);
+    set_terminal_if_ours(stored_settings);
     deliver_by_default(signal);
   }
-  tcsetattr(STDIN_FILENO, TCSANOW, &keypress_settings);
+  set_terminal_if_ours(keypress_settings);
   errno = error;
 }
 
@@ -96,9 +104,15 @@ void set_keypress() {
 
 void reset_keypress() {
   if (!single_key_mode) return;
+  // A SIGCONT in between would take single-key mode up again, for good.
+  sigset_t all{};
+  sigset_t before{};
+  sigfillset(&all);
+  sigprocmask(SIG_BLOCK, &all, &before);
   tcsetattr(STDIN_FILENO, TCSANOW, &stored_settings);
   single_key_mode = false;
   release_signals();
+  sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 
 int key() {

@@ -19,7 +19,7 @@ inline constexpr int kEndOfInput = -1;
 //   -(code)      any other control character: it swallows the next two
 //                characters, and the code is that of the second. So ESC [ A
 //                (cursor up) is -65, and Tab waits for two more keys.
-//   -1           end of input
+//   -1           end of input (or Ctrl-A as the second character swallowed)
 // While a key is awaited, "#" interrupts the program and Ctrl-C is a control
 // character like any other.
 int key();
@@ -27,8 +27,8 @@ int key();
 // Enters and leaves single-key mode on standard input: no waiting for a whole
 // line, "#" in place of the interrupt character, all else as the user has it.
 // A signal that ends the program in single-key mode first puts the settings
-// back; after a stop, single-key mode is taken up again. Without a terminal on
-// standard input neither does anything.
+// back; after a stop, single-key mode is taken up again once the program is in
+// the foreground. Without a terminal on standard input neither does anything.
 void set_keypress();
 void reset_keypress();
 

@@ -9,8 +9,8 @@
 #include <tuple>
 #include <vector>
 
+#include "base/harmless.h"
 #include "tests/support.h"
-#include "toolkit/text/harmless.h"
 #include "toolkit/text/itoc8.h"
 #include "toolkit/text/nextchar.h"
 #include "toolkit/text/stringend.h"
@@ -168,9 +168,9 @@ TEST(Strings, NextcharStepsThroughWords) {
 // The last: controls of the second set, bare and in UTF-8, and cut letters.
 TEST(Harmless, NothingSteersTheTerminal) {
   const std::string euro = "\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80";
-  EXPECT_EQ(toolkit::harmless(euro), euro);
-  EXPECT_EQ(toolkit::harmless("a\tb\x1b[2J\x7f\n"), "a b?[2J??");
-  EXPECT_EQ(toolkit::harmless("\x9B.m\xC2\x9B\xE2\x82"), "?.m????");
+  EXPECT_EQ(base::harmless(euro), euro);
+  EXPECT_EQ(base::harmless("a\tb\x1b[2J\x7f\n"), "a b?[2J??");
+  EXPECT_EQ(base::harmless("\x9B.m\xC2\x9B\xE2\x82"), "?.m????");
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <iostream>
 #include <string>
 
+#include "base/harmless.h"
 #include "data/tools/datacheck.h"
-#include "toolkit/text/harmless.h"
 
 int main(int argc, char* argv[]) {
   const std::string directory = argc > 1 ? argv[1] : ".";
@@ -19,7 +19,7 @@ int main(int argc, char* argv[]) {
     const auto faults = data::check_data(directory);
     for (const data::Fault& fault : faults) {
       // Names in the files are shown, and may hold what steers a terminal.
-      const std::string line = toolkit::harmless(
+      const std::string line = base::harmless(
           fault.file + ":" + std::to_string(fault.line) + ": " + fault.reason);
       std::cout << line << '\n';
     }

@@ -13,9 +13,9 @@
 #include "base/array.h"
 #include "base/edit.h"
 #include "base/fatal.h"
+#include "base/harmless.h"
 #include "base/text.h"
 #include "base/unit.h"
-#include "toolkit/text/harmless.h"
 #include "toolkit/text/itoc8.h"
 #include "toolkit/text/trlch.h"
 
@@ -93,7 +93,7 @@ class DataFile {
 
   void check_line(int number) {
     const std::string& line = lines_.back();
-    const std::string shown = toolkit::harmless(line);
+    const std::string shown = base::harmless(line);
     const auto [bad, same] =
         std::mismatch(line.begin(), line.end(), shown.begin(), shown.end());
     if (bad != line.end()) {

@@ -60,7 +60,7 @@ void askstring(Text<132>& querytype, Text<132>& chstr, Text<132>& chcom,
 
   if (mode == Mode::kReplay) {
     Text<132> line;
-    if (replayed(line, " end of sript file: switch to interactive mode", nwr)) {
+    if (replayed(line, kEndOfScript, nwr)) {
       chstr = recorded_answer(line, ls);
       return;
     }

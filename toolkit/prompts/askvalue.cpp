@@ -72,7 +72,7 @@ void askvalue(Text<132>& querytype, Text<7>& form, float& value,
 
   if (mode == Mode::kReplay) {
     Text<132> line;
-    if (replayed(line, " end of sript file: switch to interactive mode", nwr)) {
+    if (replayed(line, kEndOfScript, nwr)) {
       out.write(line.trimmed());
       value = recorded_value(line);
       return;

@@ -32,13 +32,20 @@ void go_to_answer(int nwr);
 // answer's line, and leaves it on the question's.
 void erase_prompt(int width, int nwr);
 
+// What a replayed prompt shows where the script ends. Spelt so in every program
+// of the family; a yes/no prompt has "1" in place of the blank.
+inline constexpr std::string_view kEndOfScript =
+    " end of sript file: switch to interactive mode";
+inline constexpr std::string_view kEndOfScriptAtYesNo =
+    "1end of sript file: switch to interactive mode";
+
 // Reads the script's next record. At its end writes `message` on unit `nwr` and
 // returns false.
 bool replayed(base::Text<132>& line, std::string_view message, int nwr);
 
-// Shows that there is no script to go back in, and the page about it. The
-// question's text (its first `querystore.length()` columns) comes back; behind
-// it the tail of the page's key stays.
+// Shows that there is no script to go back in, and the page about it.
+// `question`, the text that was shown, comes back into its columns; behind it
+// the tail of the page's key stays. Meant.
 void refuse_back(base::Text<132>& querytype, std::string_view question,
                  int nwr);
 

@@ -21,8 +21,7 @@ void yesno(Text<132>& querytype, char& ch1, Text<132>& chcom, int ncol, int nrd,
 
   if (mode == Mode::kReplay) {
     Text<132> line;
-    // The leading "1" is part of the message.
-    if (replayed(line, "1end of sript file: switch to interactive mode", nwr)) {
+    if (replayed(line, kEndOfScriptAtYesNo, nwr)) {
       out.write(line.trimmed());
       const bool yes = line.full().find("[y]", 1) != std::string_view::npos;
       ch1 = yes ? 'y' : 'n';

@@ -1,8 +1,8 @@
-#include "toolkit/text/harmless.h"
+#include "base/harmless.h"
 
 #include <cstddef>
 
-namespace toolkit {
+namespace base {
 namespace {
 
 unsigned byte_at(std::string_view text, std::size_t i) {
@@ -49,4 +49,4 @@ std::string harmless(std::string_view text) {
   return shown;
 }
 
-}  // namespace toolkit
+}  // namespace base
