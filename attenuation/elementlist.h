@@ -23,8 +23,8 @@ struct ElementList {
 };
 
 // Reads "elements.dat" in the current directory: 82 records with the symbol in
-// columns 9-10, the name in 17-28 and the weight as the first number from
-// column 30 on. Later records are not read.
+// columns 9-10, the name in 17-28 and the weight as the first number in
+// columns 30-49. Later records are not read.
 // Fatal: the file is missing or shorter.
 void read_element_list(ElementList& elements);
 
