@@ -13,6 +13,7 @@
 #include "help/help.h"
 #include "help/query.h"
 #include "help/viewdvi.h"
+#include "terminal/ansi.h"
 #include "terminal/window.h"
 #include "toolkit/text/nextchar.h"
 #include "toolkit/text/stringlength.h"
@@ -22,8 +23,8 @@ namespace {
 
 using base::Text;
 using Record = Text<132>;
+using terminal::kNormal;
 
-constexpr std::string_view kNormal = "\x1b[0m";
 constexpr int kLevels = 4;
 constexpr int kMostLinks = 32;  // followed without a text in between
 
@@ -33,7 +34,7 @@ void show(std::string_view line) { base::unit(cmpa.nwrwin).write(line); }
 bool answered_quit() {
   Text<80> answer;
   base::unit(base::kTerminalInput).read(answer);
-  show(" \x1b[2A");
+  show(std::string(" ") + terminal::kUp2);
   const char first = answer.columns<1, 1>().front();
   return first == 'q' || first == '*';
 }
@@ -43,12 +44,12 @@ bool answered_quit() {
 std::string marked_up(const Record& record) {
   std::string text = base::harmless(record.trimmed());
   const std::string_view mark = record.columns<1, 3>();
-  std::string_view attribute;
-  if (mark == "\\bf") attribute = " \x1b[1m";
-  if (mark == "\\ul") attribute = " \x1b[4m";
-  if (mark == "\\bc") attribute = "\x1b[34m";
+  std::string attribute;
+  if (mark == "\\bf") attribute = std::string(" ") + terminal::kBold;
+  if (mark == "\\ul") attribute = std::string(" ") + terminal::kUnderlined;
+  if (mark == "\\bc") attribute = terminal::kBlue;
   if (attribute.empty()) return text;
-  return std::string(attribute) + text.substr(3) + std::string(kNormal);
+  return attribute + text.substr(3) + kNormal;
 }
 
 Record left_justified(Record record) {
@@ -111,10 +112,10 @@ class Browser {
       const KeptQueryTables kept;
       browse(chcom);
     }
-    show("\x1b[31m \x1b[1A");
+    show(std::string(terminal::kRed) + " " + terminal::kUp1);
     show("   from help-file:" +
          base::harmless(base::trimmed(helpfile_.columns<1, 64>())) + " " +
-         std::string(kNormal));
+         kNormal);
   }
 
  private:

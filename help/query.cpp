@@ -1,6 +1,4 @@
-// The menu is drawn once and then redrawn in place. Sequences used:
-//   ESC [0m, ESC [31m      normal and red
-//   ESC [1A, [2A, [3A      cursor up; the line end behind brings it down by one
+// The menu is drawn once and then redrawn in place.
 
 #include "help/query.h"
 
@@ -11,6 +9,7 @@
 #include "base/fatal.h"
 #include "base/unit.h"
 #include "help/help.h"
+#include "terminal/ansi.h"
 #include "terminal/key.h"
 #include "terminal/window.h"
 #include "toolkit/text/stringlength.h"
@@ -18,14 +17,17 @@
 namespace help {
 
 using base::Text;
+using terminal::kNormal;
+using terminal::kRed;
+using terminal::kUp1;
+using terminal::kUp2;
+using terminal::kUp3;
 using terminal::term;
 
 Scrd scrd;
 
 namespace {
 
-constexpr std::string_view kNormal = "\x1b[0m";
-constexpr std::string_view kRed = "\x1b[31m";
 constexpr int kShownEntries = 63;
 constexpr std::string_view kCursorStep = "shift";
 
@@ -121,7 +123,7 @@ class Menu {
       }
     }
     chdf_.at(80, "chdf") = static_cast<char>('0' + iwrl_);
-    write(" " + std::string(kNormal) + "\x1b[1A");
+    write(std::string(" ") + kNormal + kUp1);
     return Outcome::kDone;
   }
 
@@ -283,7 +285,7 @@ class Menu {
         ++iwrl_;
       });
     }
-    write(std::string(kNormal) + "\x1b[1A");
+    write(std::string(kNormal) + kUp1);
     write_footer();
   }
 
@@ -349,9 +351,9 @@ class Menu {
   }
 
   void clear_input_lines() {
-    write(" \x1b[2A");
+    write(std::string(" ") + kUp2);
     write(repeated(npx_, ' '));
-    write(" \x1b[2A");
+    write(std::string(" ") + kUp2);
   }
 
   // --- redrawing in place --------------------------------------------------
@@ -368,7 +370,7 @@ class Menu {
 
   // Erases the rows and leaves the cursor on the first of them.
   void go_back_over_rows() {
-    write(" \x1b[2A");
+    write(std::string(" ") + kUp2);
     --iwrl_;
     go_up();
     for_rows([this](int lines) {
@@ -380,7 +382,7 @@ class Menu {
 
   void go_up() {
     for_rows([this](int lines) {
-      write(lines == 2 ? " \x1b[3A" : " \x1b[2A");
+      write(std::string(" ") + (lines == 2 ? kUp3 : kUp2));
       iwrl_ -= lines;
     });
   }

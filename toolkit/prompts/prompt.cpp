@@ -4,6 +4,7 @@
 
 #include "base/unit.h"
 #include "help/help.h"
+#include "terminal/ansi.h"
 
 namespace toolkit {
 namespace {
@@ -25,7 +26,9 @@ Mode take_mode(base::Text<132>& querytype) {
   return mode;
 }
 
-void go_to_answer(int nwr) { base::unit(nwr).write(" \x1b[2A"); }
+void go_to_answer(int nwr) {
+  base::unit(nwr).write(std::string(" ") + terminal::kUp2);
+}
 
 void erase_prompt(int width, int nwr) {
   go_to_answer(nwr);
@@ -33,7 +36,7 @@ void erase_prompt(int width, int nwr) {
                            ' ');
   base::unit(nwr).write(blanks);
   base::unit(nwr).write(blanks);
-  base::unit(nwr).write(" \x1b[3A");
+  base::unit(nwr).write(std::string(" ") + terminal::kUp3);
 }
 
 bool replayed(base::Text<132>& line, std::string_view message, int nwr) {

@@ -1,9 +1,7 @@
 // What the three prompts have in common.
 //
 // A prompt writes its question on one line and reads the answer on the next. It
-// then goes up again, so that the next prompt overwrites the answer:
-//   ESC [2A and a line end   from below the answer to the answer
-//   ESC [3A and a line end   up two lines
+// then goes up again, so that the next prompt overwrites the answer.
 
 #ifndef TOOLKIT_PROMPTS_PROMPT_H_
 #define TOOLKIT_PROMPTS_PROMPT_H_
