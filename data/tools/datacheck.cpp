@@ -7,15 +7,12 @@
 #include <map>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "base/array.h"
 #include "base/edit.h"
 #include "base/fatal.h"
-#include "base/harmless.h"
 #include "base/text.h"
-#include "base/unit.h"
 #include "toolkit/text/itoc8.h"
 #include "toolkit/text/trlch.h"
 
@@ -25,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using base::Text;
 
+constexpr int kRecord = 80;  // columns that are read
 constexpr int kElements = 82;
 constexpr int kHeaders = 6;
 constexpr int kFewestPoints = 4;
@@ -35,81 +33,6 @@ constexpr int kMostModifications = 64;
 // records only by the record behind them.
 constexpr const char* kCutOff =
     " is cut off by the end of the file: another record must follow";
-
-std::string str(int number) { return std::to_string(number); }
-
-// A data file in memory, its lines counted from 1, and its faults.
-class DataFile {
- public:
-  explicit DataFile(const fs::path& file) : path_(file.lexically_normal()) {
-    std::error_code error;
-    const fs::file_status status = fs::status(path_, error);
-    if (!fs::exists(status)) {
-      fault(0, "no such file");
-    } else if (!fs::is_regular_file(status)) {
-      fault(0, "is no regular file");
-    } else {
-      read();
-    }
-  }
-
-  // Whether there is anything to check beyond the file itself.
-  bool readable() const { return readable_; }
-  int last() const { return static_cast<int>(lines_.size()); }
-  // Without trailing blanks. Lines past the end are blank.
-  std::string_view text(int line) const {
-    if (line > last()) return {};
-    return lines_[static_cast<std::size_t>(line - 1)];
-  }
-  // As the program reads it: cut or padded.
-  Text<80> record(int line) const { return text(line); }
-
-  void fault(int line, std::string reason) {
-    faults_.push_back({path_.string(), line, std::move(reason)});
-  }
-  void append_faults_to(std::vector<Fault>& all) {
-    std::stable_sort(
-        faults_.begin(), faults_.end(),
-        [](const Fault& a, const Fault& b) { return a.line < b.line; });
-    all.insert(all.end(), faults_.begin(), faults_.end());
-  }
-
- private:
-  void read() {
-    try {
-      base::Unit file(1);
-      file.open(path_.string());
-      Text<4096> line;
-      while (file.try_read(line)) {
-        lines_.emplace_back(line.trimmed());
-        check_line(last());
-      }
-      readable_ = true;
-    } catch (const base::FatalEnd& end) {
-      fault(0, end.cause());
-    }
-    if (readable_ && lines_.empty()) fault(0, "the file is empty");
-  }
-
-  void check_line(int number) {
-    const std::string& line = lines_.back();
-    const std::string shown = base::harmless(line);
-    const auto [bad, same] =
-        std::mismatch(line.begin(), line.end(), shown.begin(), shown.end());
-    if (bad != line.end()) {
-      fault(number, "no printable character in column " +
-                        str(static_cast<int>(bad - line.begin()) + 1));
-    }
-    if (line.size() > 80) {
-      fault(number, "longer than 80 columns: the rest is cut");
-    }
-  }
-
-  fs::path path_;
-  bool readable_ = false;
-  std::vector<std::string> lines_;
-  std::vector<Fault> faults_;
-};
 
 // The first number of `text`, as the program finds it in `columns` columns.
 std::optional<float> first_number(int columns, const Text<132>& text) {
@@ -187,7 +110,7 @@ void check_element(DataFile& file, const Element& element,
   const Text<80> record = file.record(line);
   const auto weight = first_number(20, record.columns<30, 80>());
   if (!weight) {
-    file.fault(line, "no molar weight from column 30 on");
+    file.fault(line, "no molar weight in columns 30-49");
   } else if (is_broken_number(record.columns<30, 80>())) {
     file.fault(line, "the molar weight is no plain number");
   } else if (!is_positive(static_cast<double>(*weight))) {
@@ -540,9 +463,9 @@ void check_densities(DataFile& list, const AtomicNumbers& numbers,
 }  // namespace
 
 std::vector<Fault> check_data(const fs::path& directory) {
-  DataFile list(directory / "elements.dat");
-  DataFile coefficients(directory / "attenuation.coefficients");
-  DataFile densities(directory / "dichte.dat");
+  DataFile list(directory / "elements.dat", kRecord);
+  DataFile coefficients(directory / "attenuation.coefficients", kRecord);
+  DataFile densities(directory / "dichte.dat", kRecord);
 
   const std::vector<Element> elements = check_element_list(list);
   AtomicNumbers numbers;

@@ -4,16 +4,11 @@
 #define DATA_TOOLS_DATACHECK_H_
 
 #include <filesystem>
-#include <string>
 #include <vector>
 
-namespace data {
+#include "data/tools/datafile.h"
 
-struct Fault {
-  std::string file;  // with its directory
-  int line;          // from 1; 0 for the file as a whole
-  std::string reason;
-};
+namespace data {
 
 // Reads "elements.dat", "attenuation.coefficients" and "dichte.dat" in
 // `directory` by the program's own rules. Returns all that would end a run,
