@@ -26,7 +26,6 @@ using Record = Text<132>;
 using terminal::kNormal;
 
 constexpr int kLevels = 4;
-constexpr int kMostLinks = 32;  // followed without a text in between
 
 void show(std::string_view line) { base::unit(cmpa.nwrwin).write(line); }
 
@@ -52,12 +51,6 @@ std::string marked_up(const Record& record) {
   return attribute + text.substr(3) + kNormal;
 }
 
-Record left_justified(Record record) {
-  int length = 0;
-  toolkit::stringlength(record, length);
-  return record;
-}
-
 std::string first_word(const Record& record, int column) {
   Record word;
   int first = 0;
@@ -67,17 +60,10 @@ std::string first_word(const Record& record, int column) {
   return std::string(word.columns(1, length, "word"));
 }
 
-bool safe_for_shell(const std::string& name) {
-  return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '.' ||
-           c == '_' || c == '-';
-  });
-}
-
 // The related entries of one entry.
 struct Level {
   int count = 0;
-  base::Array<Text<80>, 32> que{"que"};
+  base::Array<Text<80>, kMostRelated> que{"que"};
   std::string document;  // of the last "more"
   std::string details;   // of the last "details"
 };
@@ -166,10 +152,9 @@ class Browser {
     int shown = 0;
     while (read()) {
       const Record header = left_justified(record_);
-      const bool is_header = header.columns<1, 1>() == "/" &&
-                             header.columns<2, 2>() != "#" &&
-                             header.columns<2, 2>() != ">";
-      if (!is_header || !header.trimmed().starts_with(key.trimmed())) continue;
+      if (!is_header(header) || !header.trimmed().starts_with(key.trimmed())) {
+        continue;
+      }
       show(base::harmless(header.trimmed()));
       if (++shown % page_rows_ == 0 && answered_quit()) return;
     }
@@ -211,16 +196,11 @@ class Browser {
   Level related_entries() {
     Level level;
     for (; record_.columns<1, 2>() == "/#"; read()) {
-      Text<80> entry = record_.columns<3, 132>();
-      if (record_.columns<3, 6>() == "more") {
-        entry = "more";
-        level.document = first_word(record_, 8);
-      } else if (record_.columns<3, 9>() == "details") {
-        entry = "details";
-        level.details = first_word(record_, 11);
-      }
+      const Related related = related_entry(record_);
+      if (related.entry == "more") level.document = related.name;
+      if (related.entry == "details") level.details = related.name;
       try {
-        level.que(level.count + 1) = entry;
+        level.que(level.count + 1) = related.entry;
       } catch (base::RangeError& error) {
         error.advise("the help file " + std::string(helpfile_.trimmed()) +
                      " has an entry with more than 32 related entries: split"
@@ -310,6 +290,32 @@ class Browser {
 void helproutine(const base::Text<132>& chcom,
                  const base::Text<132>& helpfile) {
   Browser(helpfile).run(chcom);
+}
+
+Record left_justified(Record record) {
+  int length = 0;
+  toolkit::stringlength(record, length);
+  return record;
+}
+
+bool is_header(const Record& record) {
+  const std::string_view begin = record.columns<1, 2>();
+  return begin.front() == '/' && begin != "/#" && begin != "/>";
+}
+
+Related related_entry(const Record& record) {
+  if (record.columns<3, 6>() == "more") return {"more", first_word(record, 8)};
+  if (record.columns<3, 9>() == "details") {
+    return {"details", first_word(record, 11)};
+  }
+  return {record.columns<3, 132>(), ""};
+}
+
+bool safe_for_shell(const std::string& name) {
+  return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '.' ||
+           c == '_' || c == '-';
+  });
 }
 
 }  // namespace help

@@ -9,6 +9,7 @@
 #include "attenuation/coefficientfile.h"
 #include "attenuation/elementlist.h"
 #include "data/tools/datacheck.h"
+#include "data/tools/helpcheck.h"
 #include "tests/support.h"
 
 namespace {
@@ -19,6 +20,7 @@ const std::string kData = DATA_DIR "/";
 const std::string kList = "elements.dat";
 const std::string kBlocks = "attenuation.coefficients";
 const std::string kDensities = "dichte.dat";
+const std::string kHelp = "attenuation.help";
 
 TEST(Data, IsWhatTheGeneratorWrites) {
   const tests::TemporaryDirectory made;
@@ -103,7 +105,15 @@ TEST(DataCheck, TellsFileLineAndReason) {
       Case(kBlocks, 10, 1, one, ":10: the same energy twice"),
       Case(kBlocks, 5792, 1, one, ":5856: Lead has more than 64 points"),
       Case(kDensities, 3, 1, "", "elements.dat:1: no record of dichte.dat"),
-      Case(kDensities, 3, 38, "19.3", "across column 39")};
+      Case(kDensities, 3, 38, "19.3", "across column 39"),
+      Case(kHelp, 6, 1, "/read/fas\n", "stands in line 6 already"),
+      Case(kHelp, 6, 1, "/more of it\n", ":6: a key must not begin with more"),
+      Case(kHelp, 7, 1, "/>read/element\n", ":7: from here links lead in"),
+      Case(kHelp, 8, 1, "/>read/fas\n", ":8: never followed: a link"),
+      Case(kHelp, 25, 3, "x", ":25: leads to no entry: xreset foils"),
+      Case(kHelp, 25, 1, "text\n", ":25: never shown"),
+      Case(kHelp, 25, 1, "/#more a;b\n", ":25: the document name a;b"),
+      Case(kHelp, 7, 1, std::string(7, '\n'), ":29: the text has more")};
   for (const auto& [file, line, column, text, reason] : cases) {
     const tests::TemporaryDirectory own;
     std::filesystem::copy(kData, own.path(""));
@@ -114,9 +124,10 @@ TEST(DataCheck, TellsFileLineAndReason) {
     const auto cut = text.empty() ? body.find('\n', at) + 1 - at : text.size();
     own.write(file, body.replace(at, text.ends_with('\n') ? 0 : cut, text));
     std::string told;
-    for (const auto& fault : data::check_data(own.path(""))) {
-      told += fault.file + ":" + std::to_string(fault.line) + ": " +
-              fault.reason + "\n";
+    for (const auto check : {data::check_data, data::check_help}) {
+      for (const auto& fault : check(own.path(""))) {
+        told += fault.file + ":" + data::str(fault.line) + ": " + fault.reason;
+      }
     }
     EXPECT_TRUE(tests::has(told, reason)) << told;
   }

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "base/fatal.h"
-#include "base/unit.h"
 #include "base/harmless.h"
+#include "base/unit.h"
 
 namespace data {
 
