@@ -39,12 +39,8 @@ void require(bool so) {
 const tests::TemporaryDirectory& here() {
   static const tests::TemporaryDirectory directory;
   static const bool set_up = [] {
-    for (const char* file :
-         {"elements.dat", "attenuation.coefficients", "dichte.dat"}) {
-      std::filesystem::copy(std::string(DATA_DIR "/") + file,
-                            directory.path(file));
-    }
     std::filesystem::current_path(directory.path(""));
+    std::filesystem::copy(DATA_DIR, ".");
     // No viewer is found, and no settings of whoever runs this.
     setenv("PATH", "/nonexistent", 1);
     setenv("INPUTRC", "/dev/null", 1);

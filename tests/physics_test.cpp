@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "attenuation/atcoefficient.h"
-#include "attenuation/attenuation.h"
+#include "attenuation/coefficientfile.h"
 #include "attenuation/contentformula.h"
 #include "attenuation/elementlist.h"
 #include "base/unit.h"
@@ -70,17 +70,11 @@ TEST(Attenuation, ReadsFixedColumnsUntilARecordDoesNotConvert) {
 TEST(Attenuation, ChoosesPointsAroundEdges) {
   const std::string edge =
       block_of({1, 1, 2, 4, 4, 16, 4, 160, 5, 250, 6, 360, 7, 490});
-  for (const auto& [keV, mu_rho] : std::vector<std::pair<float, float>>{
-           // Table points; on the edge the value above it.
-           {1000, 1},
-           {2000, 4},
-           {4000, 160},
-           // Three points below the edge and above; four points again.
-           {3000, 9},
-           {4500, 202.5F},
-           {5500, 302.5F}}) {
-    // The three-point fit loses digits to single precision.
-    EXPECT_NEAR(looked_up(keV, edge), mu_rho, 1e-4F * mu_rho) << keV;
+  // Table points, on the edge the value above it; three points below the edge
+  // and above; four points again. Three points lose digits to single precision.
+  for (const auto& f : tests::table("1000,1|2000,4|4000,160|3000,9|"
+                                    "4500,202.5|5500,302.5")) {
+    EXPECT_NEAR(looked_up(std::stof(f[0]), edge) / std::stof(f[1]), 1, 1e-4);
   }
   // Expected: the formulas in Python, every single-precision step rounded
   // through struct.pack('f'). A product decides, at the keV that make 0.338F
@@ -117,7 +111,7 @@ class RealData : public testing::Test {
   void read(const std::string& formula) {
     attenuation::contentformula(formula, elements_.es, j_, indx_, mult_);
   }
-  float coefficient(const char* formula, float keV) {
+  float coefficient(const std::string& formula, float keV) {
     read(formula);
     float atc = 0;
     tests::output_of("\n", [&] {
@@ -133,19 +127,36 @@ class RealData : public testing::Test {
   attenuation::Composition indx_{"indx"}, mult_{"mult"};
 };
 
+TEST_F(RealData, EveryElementWorksAloneAndInCompounds) {
+  for (int z = 1; z <= attenuation::kElements; ++z) {
+    const auto& name = elements_.ename(z);
+    for (const float keV : {1.6F, 14.4F, 122.0F, 1332.0F, 20000.0F}) {
+      float alone = 0;
+      base::Text<16> record;
+      attenuation::find_element(name, record);
+      attenuation::attenuation_of(name, keV, alone);
+      EXPECT_GT(alone, 0) << name.full();
+      const std::string symbol(elements_.es(z).trimmed());
+      EXPECT_FLOAT_EQ(coefficient(symbol + "_1", keV), alone) << keV;
+    }
+  }
+}
+
 // mu/rho in cm2/g of NIST XCOM, total with coherent scattering.
 TEST_F(RealData, AgreesWithXcomAtGammaLines) {
-  using Case = std::tuple<const char*, float, float, float>;
-  for (const auto& [name, at_14, at_122, at_136] :
-       {Case("C_1", 0.889F, 0.1431F, 0.1385F),
-        Case("Al_1", 8.945F, 0.1520F, 0.1439F),
-        Case("Fe_1", 63.68F, 0.2621F, 0.2222F),
-        Case("Cu_1", 82.59F, 0.3098F, 0.2561F),
-        Case("Sn_1", 51.89F, 1.005F, 0.7631F),
-        Case("Pb_1", 124.1F, 3.362F, 2.546F)}) {
-    EXPECT_NEAR(coefficient(name, 14.4129F) / at_14, 1, 0.01) << name;
-    EXPECT_NEAR(coefficient(name, 122.0607F) / at_122, 1, 0.01) << name;
-    EXPECT_NEAR(coefficient(name, 136.4736F) / at_136, 1, 0.01) << name;
+  // At 14.4129, 122.0607 and 136.4736 keV.
+  for (const auto& f : tests::table("C_1,0.889,0.1431,0.1385|"
+                                    "Al_1,8.945,0.1520,0.1439|"
+                                    "Fe_1,63.68,0.2621,0.2222|"
+                                    "Cu_1,82.59,0.3098,0.2561|"
+                                    "Sn_1,51.89,1.005,0.7631|"
+                                    "Pb_1,124.1,3.362,2.546")) {
+    const auto ratio = [&](float keV, const std::string& mu_rho) {
+      return coefficient(f[0], keV) / std::stof(mu_rho);
+    };
+    EXPECT_NEAR(ratio(14.4129F, f[1]), 1, 0.01) << f[0];
+    EXPECT_NEAR(ratio(122.0607F, f[2]), 1, 0.01) << f[0];
+    EXPECT_NEAR(ratio(136.4736F, f[3]), 1, 0.01) << f[0];
   }
   // Mylar in Python from the table, rounded as the fit is.
   EXPECT_FLOAT_EQ(coefficient("C_5C_5H_8O_4", 14.4F), 1.2590922F);
@@ -153,17 +164,15 @@ TEST_F(RealData, AgreesWithXcomAtGammaLines) {
 }
 
 TEST_F(RealData, FormulasAreSymbolUnderscoreCount) {
-  using Case = std::pair<std::string, std::string>;
   const std::string twelve = "H_1H_1H_1H_1H_1H_1H_1H_1H_1H_1H_1H_1";
   // With every count as it was read. The second digit behind two letters is
   // taken twice; a third counts where the second is none, and swallows it.
-  for (const auto& [formula, as_read] :
-       {Case("   N_2H_8Fe_1C_100", "N_2H_8Fe_1C_100"), Case(twelve, twelve),
-        Case("Fe_12xO_1", "Fe_122O_1"), Case("Fe_9Fe_3", "Fe_9Fe_3"),
-        Case("C_1x2O_1", "C_12O_1"), Case("H_2O", "H_2O_-16")}) {
-    read(formula);
-    EXPECT_EQ(attenuation::written_out(elements_.es, j_, indx_, mult_), as_read)
-        << formula;
+  for (const auto& f :
+       tests::table("   N_2H_8Fe_1C_100,N_2H_8Fe_1C_100|Fe_12xO_1,Fe_122O_1|"
+                    "Fe_9Fe_3,Fe_9Fe_3|C_1x2O_1,C_12O_1|" +
+                    twelve + "," + twelve + "|H_2O,H_2O_-16")) {
+    read(f[0]);
+    EXPECT_EQ(attenuation::written_out(elements_.es, j_, indx_, mult_), f[1]);
   }
   EXPECT_EQ(indx_(2), 8) << "O";
   EXPECT_CAUSE(

@@ -72,25 +72,18 @@ TEST(Prompts, ValueIsKeptTypedQuitOrHelpedWith) {
 
 TEST(Prompts, TextAndYesOrNoAreKeptOrTypedAndConfirmed) {
   const std::string longest(80, 'x');
-  using Case = std::tuple<char, std::string, std::string>;
-  const Case cases[] = {
-      // Four blanks count as empty.
-      Case('t', "  Cu\n\n", "Cu"), Case('t', "    Cu\n", "Fe"),
-      Case('t', "Quartz\n\n", "Quartz"), Case('t', "quartz\n", "*"),
-      Case('t', "*\n", "*"), Case('t', "help\n\n", "help"),
-      Case('t', "HE\n\n", "Fe"), Case('t', "back\n\n", "Fe"),
-      Case('t', longest + "\n\n", longest),
-      // The default is in the history (Ctrl-P). Tab completes nothing, and
-      // Escape and RET turn no vi keys on.
-      Case('t', "\x10O\n\n", "FeO"), Case('t', "a\tb\n\n", "ab"),
-      Case('t', "C\x1b\nu\n\n", "Cu"), Case('y', "no\n\n", "n"),
-      Case('y', "x\n\n", "y"), Case('y', "n\n Yes\n\n", "y"),
-      Case('y', "Quit\n", "*"), Case('y', "help\n\n", "y")};
-  for (const auto& [what, input, after] : cases) {
+  // Four blanks count as empty. The default is in the history (Ctrl-P). Tab
+  // completes nothing, and Escape and RET turn no vi keys on.
+  for (const auto& f : tests::table(
+           "t,  Cu//,Cu|t,    Cu/,Fe|t,Quartz//,Quartz|t,quartz/,*|t,*/,*|"
+           "t,help//,help|t,HE//,Fe|t,back//,Fe|t,\x10O//,FeO|t,a\tb//,ab|"
+           "t,C\x1b/u//,Cu|y,no//,n|y,x//,y|y,n/ Yes//,y|y,Quit/,*|"
+           "y,help//,y|t," +
+           longest + "//," + longest)) {
     Prompt prompt;
-    prompt.ask(what, input);
+    prompt.ask(f[0][0], tests::typed(f[1]));
     const Text<132> yes = std::string(1, prompt.yes);
-    EXPECT_EQ(what == 't' ? prompt.text : yes, after) << input;
+    EXPECT_EQ(f[0] == "t" ? prompt.text : yes, f[2]) << f[1];
   }
   EXPECT_TRUE(has(Prompt().ask('t', "Cu\n\n"), erased(80) + "Energy [Cu]\n>"));
 }

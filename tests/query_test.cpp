@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "base/unit.h"
@@ -16,7 +15,7 @@ using help::scrd;
 using tests::has;
 
 const std::string kNormal = "\x1b[0m", kRed = "\x1b[31m";
-const std::string kUpKey = "\x1b[A", kDownKey = "\x1b[B";
+const std::string kDownKey = "\x1b[B";
 
 std::string dashes(std::size_t count) { return std::string(count, '-'); }
 std::string blanks(std::size_t count) { return std::string(count, ' '); }
@@ -75,20 +74,15 @@ TEST(Query, IsDrawnAndRedrawnInPlaceByteForByte) {
 }
 
 TEST(Query, ChoosesByKeysAndSubstrings) {
-  using Case = std::tuple<std::string, const char*, int>;
-  const Case cases[] = {
-      // A substring steps to the next match, case as typed.
-      Case("@", "Lead", 2), Case("Ir\nIr\n\n", "Iron", 1),
-      Case("fe\nLe\n\n", "Iron", 2), Case("zz\n\n", "Iron", 0),
-      // Cursor keys; with nothing highlighted there is no step back.
-      Case(kUpKey + "\n", "Iron", 3), Case(kDownKey + "\n", "zz", 1),
-      Case(kUpKey + kUpKey + "\x1b[C\n", "Iron", 3), Case("\x1b[D\n", "zz", 0),
-      // Any control key swallows two more.
-      Case("\t[B\n", "Iron", 2), Case("*\n", "Iron", 0)};
-  for (const auto& [keys, def, chosen] : cases) {
-    Menu menu(kMetals, def);
-    menu.query(keys);
-    EXPECT_EQ(menu.lq, chosen) << keys << " from " << def;
+  // A substring steps to the next match, case as typed. With nothing
+  // highlighted there is no step back. Any control key swallows two more.
+  for (const auto& f : tests::table(
+           "@,Lead,2|Ir/Ir//,Iron,1|fe/Le//,Iron,2|zz//,Iron,0|*/,Iron,0|"
+           "\x1b[A/,Iron,3|\x1b[A\x1b[A\x1b[C/,Iron,3|\x1b[B/,zz,1|"
+           "\x1b[D/,zz,0|\t[B/,Iron,2")) {
+    Menu menu(kMetals, f[1].c_str());
+    menu.query(tests::typed(f[0]));
+    EXPECT_EQ(menu.lq, std::stoi(f[2])) << f[0] << " from " << f[1];
   }
   Menu quartz({"Iron", "quartz"});
   quartz.query("q\n\n");

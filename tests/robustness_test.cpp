@@ -19,9 +19,7 @@ using tests::has;
 using tests::run_piped;
 using tests::Screen;
 
-const char* const kFiles[] = {"elements.dat", "attenuation.coefficients",
-                              "dichte.dat"};
-const std::string kKeys = "5 ES\n\nCu\n\n20\n\n\n5\n\n\n\n0.1\n\nn\n\n";
+const std::string kKeys = tests::typed("5 ES//Cu//20///5////0.1//n//");
 
 TEST(EndOfInput, EndsTheRunAtEveryRead) {
   for (const char* sample : {"1 N", "2 I", "3 L", "4 A", "5 ES", "6 m", "7 t",
@@ -37,44 +35,43 @@ TEST(EndOfInput, EndsTheRunAtEveryRead) {
   }
 }
 
-// A session that awaits a key, a line, or a line in the editor.
-std::unique_ptr<Screen> awaiting(int what) {
-  auto screen = std::make_unique<Screen>();
-  const char* const steps[] = {"?[1 Nickel", "[1 Nickel,?Photon energy",
-                               "[1 Nickel>5 ES,?symbol for the element"};
-  EXPECT_TRUE(screen->walk(steps[what]));
-  return screen;
-}
+// Where a key is awaited, a line, and a line in the editor.
+const char* const kWaits[] = {"?[1 Nickel", "[1 Nickel,?Photon energy",
+                              "[1 Nickel>5 ES,?symbol for the element"};
 
 TEST(Signals, EndTheRunWithTheTerminalAsItWas) {
-  for (const int what : {0, 1, 2}) {
+  for (const char* steps : kWaits) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-      const auto screen = awaiting(what);
-      screen->signal(signal);
-      EXPECT_EQ(screen->wait(), 128 + signal) << what;
-      EXPECT_TRUE(screen->restored()) << signal << " at " << what;
+      Screen screen;
+      EXPECT_TRUE(screen.walk(steps));
+      screen.signal(signal);
+      EXPECT_EQ(screen.wait(), 128 + signal) << steps;
+      EXPECT_TRUE(screen.restored()) << signal << steps;
     }
-    const auto gone = awaiting(what);
-    gone->hang_up();
-    EXPECT_EQ(gone->wait(), 2) << "where the shell keeps SIGHUP to itself";
+    Screen gone;
+    EXPECT_TRUE(gone.walk(steps));
+    gone.hang_up();
+    EXPECT_EQ(gone.wait(), 2) << "where the shell keeps SIGHUP to itself";
   }
-  const auto menu = awaiting(0);
-  menu->type("#");
-  EXPECT_EQ(menu->wait(), 128 + SIGINT) << "# interrupts a menu";
+  Screen menu;
+  EXPECT_TRUE(menu.walk(kWaits[0]));
+  menu.type("#");
+  EXPECT_EQ(menu.wait(), 128 + SIGINT) << "# interrupts a menu";
 }
 
 TEST(Signals, StoppedAndContinuedItTakesUpSingleKeysAgain) {
-  const auto screen = awaiting(0);
-  const auto single_keys = screen->settings();
+  Screen screen;
+  EXPECT_TRUE(screen.walk(kWaits[0]));
+  const auto single_keys = screen.settings();
   for (const int stop : {SIGTSTP, SIGSTOP}) {
-    screen->signal(stop);
-    for (int i = 0; i < 999 && !screen->stopped(); ++i) usleep(10000);
-    EXPECT_EQ(screen->restored(), stop == SIGTSTP);
-    screen->signal(SIGCONT);
-    for (int i = 0; i < 999 && screen->settings() != single_keys; ++i)
+    screen.signal(stop);
+    for (int i = 0; i < 999 && !screen.stopped(); ++i) usleep(10000);
+    EXPECT_EQ(screen.restored(), stop == SIGTSTP);
+    screen.signal(SIGCONT);
+    for (int i = 0; i < 999 && screen.settings() != single_keys; ++i)
       usleep(10000);
-    EXPECT_TRUE(screen->walk("?[1 Nickel foil]"));
-    EXPECT_EQ(screen->settings(), single_keys);
+    EXPECT_TRUE(screen.walk(kWaits[0]));
+    EXPECT_EQ(screen.settings(), single_keys);
   }
 }
 
@@ -131,11 +128,11 @@ std::string session() {
 TEST(DataFiles, CutOrDamagedGiveNoOtherNumbers) {
   const tests::TemporaryDirectory directory;
   const tests::WorkingDirectory here(directory.path(""));
-  for (const char* file : kFiles)
-    directory.write(file, content_of(DATA_DIR "/" + std::string(file)));
+  std::filesystem::copy(DATA_DIR, ".");
   const std::string expected = session();
   EXPECT_TRUE(has(expected, "transmission="));
-  for (const char* file : kFiles) {
+  for (const char* file :
+       {"elements.dat", "attenuation.coefficients", "dichte.dat"}) {
     const std::string whole = content_of(file);
     const auto with = [&](const std::string& content) {
       directory.write(file, content);

@@ -14,9 +14,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <sstream>
-
-#include "tests/support.h"
 
 namespace tests {
 namespace {
@@ -61,13 +58,6 @@ int exit_status(int wait_status) {
 }
 
 }  // namespace
-
-Words split(const std::string& text, char separator) {
-  std::istringstream in(text);
-  Words parts;
-  for (std::string s; std::getline(in, s, separator);) parts.push_back(s);
-  return parts;
-}
 
 std::string settings_of(int terminal) {
   termios now;

@@ -15,12 +15,11 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support.h"
+
 struct VTerm;
 
 namespace tests {
-
-using Words = std::vector<std::string>;
-Words split(const std::string& text, char separator);
 
 struct Size {
   unsigned short rows, columns;

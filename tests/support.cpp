@@ -4,8 +4,10 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <sstream>
 
 #include "base/unit.h"
 #include "terminal/readaline.h"
@@ -56,6 +58,24 @@ testing::AssertionResult has(const std::string& text, std::string_view part) {
   return (text.find(part) == text.npos ? testing::AssertionFailure()
                                        : testing::AssertionSuccess())
          << "'" << part << "' in '" << text << "'";
+}
+
+Words split(const std::string& text, char separator) {
+  std::istringstream in(text);
+  Words parts;
+  for (std::string s; std::getline(in, s, separator);) parts.push_back(s);
+  return parts;
+}
+
+std::vector<Words> table(const std::string& text) {
+  std::vector<Words> rows;
+  for (const auto& row : split(text, '|')) rows.push_back(split(row, ','));
+  return rows;
+}
+
+std::string typed(std::string keys) {
+  std::replace(keys.begin(), keys.end(), '/', '\n');
+  return keys;
 }
 
 std::string content_of(const std::string& file) {

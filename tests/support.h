@@ -11,6 +11,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/fatal.h"
 
@@ -22,6 +23,13 @@ base::FatalEnd fatal_end_of(const std::function<void()>& action);
   EXPECT_EQ(tests::fatal_end_of([&] { action; }).cause(), text)
 
 testing::AssertionResult has(const std::string& text, std::string_view part);
+
+using Words = std::vector<std::string>;
+Words split(const std::string& text, char separator);
+// Rows between "|", of fields between commas.
+std::vector<Words> table(const std::string& text);
+// Keys, in which "/" stands for RET.
+std::string typed(std::string keys);
 
 std::string content_of(const std::string& file);
 

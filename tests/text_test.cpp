@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <climits>
-#include <cmath>
+#include <cstdlib>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "base/array.h"
+#include "base/edit.h"
 #include "base/harmless.h"
+#include "base/unit.h"
 #include "tests/support.h"
 #include "toolkit/text/itoc8.h"
 #include "toolkit/text/nextchar.h"
@@ -21,6 +24,86 @@
 namespace {
 
 using base::Text;
+using tests::has;
+
+TEST(Text, CutsPadsAndIgnoresTrailingBlanks) {
+  Text<4> text = "abcdef";
+  EXPECT_EQ(text.full(), "abcd");
+  text = std::string("a");
+  EXPECT_EQ(text, "a  ");
+  EXPECT_FALSE(text == " a");
+  text.put(2, 3, "xyz", "text");
+  EXPECT_EQ(text.full(), "axy ");
+}
+
+TEST(RangeError, NamesWhatWasIndexedAndTheCaller) {
+  base::Array<int, 65, 0> lpart{"lpart"};
+  lpart(0) = lpart(64) = 7;
+  EXPECT_CAUSE(Text<12>().at(0, "element"),
+               "Substring out of bounds: lower bound (0) of 'element' is less "
+               "than one");
+  const auto here = "tests/text_test.cpp:" + std::to_string(__LINE__ + 1);
+  const auto end = tests::fatal_end_of([&] { lpart(-1); });
+  EXPECT_TRUE(has(end.report(), here));
+}
+
+// As printed by a Fortran runtime (gfortran 12, "f" edit descriptors).
+TEST(Edit, WritesFixedFields) {
+  // Ties to even; 99.9995 is below the tie in single precision. The leading
+  // zero goes when the width forces it, the sign never.
+  for (const auto& f : tests::table(
+           "-0.00049,7,3,-0.000|0.125,7,2,0.12|0.375,7,2,0.38|0.5,4,3,.500|"
+           "99.9995,6,3,99.999|-9.9996,6,3,******|-9.9996,7,3,-10.000|"
+           "-0.5,5,3,-.500|-0.5,4,3,****|-0.5,3,0,-0.|inf,8,2,Infinity|"
+           "-inf,8,2,-Inf|inf,2,1,**|-nan,6,3,NaN")) {
+    const int width = std::stoi(f[1]), decimals = std::stoi(f[2]);
+    const std::string text =
+        base::f(std::strtof(f[0].c_str(), nullptr), width, decimals);
+    EXPECT_EQ(text.size(), width);
+    EXPECT_EQ(text.substr(text.find_first_not_of(' ')), f[3]) << f[0];
+  }
+}
+
+// As read by a Fortran runtime (gfortran 12, "e11.5").
+TEST(Edit, ReadsCoefficientFields) {
+  const std::pair<const char*, double> numbers[] = {
+      {"1.00000E-03", 1e-3},  {"           ", 0.0},  {"12345      ", 0.12345},
+      {"12345e5    ", 12345}, {"1 . 5 e+ 3 ", 1500}, {"1.5-3      ", 1.5e-3},
+      {"15d2       ", 0.015}, {"1.5q2      ", 150},  {"-.5        ", -0.5},
+      {"+          ", 0},     {".E5        ", 0},    {"1E-999     ", 0}};
+  for (const auto& [field, value] : numbers) {
+    EXPECT_EQ(base::read_e(field, 5), value) << field;
+  }
+  for (const char* field : {"1.5E       ", "1.5e+-3    ", "1..5       ",
+                            "1,5        ", "0x10       ", "\t1.5       ", "--1",
+                            "1.5E999    ", "1E9999999999", "NaN"}) {
+    EXPECT_FALSE(base::read_e(field, 5)) << field;
+  }
+}
+
+TEST(Unit, RecordsEndInLfOrCrLfAndAreCutAtTheirField) {
+  const tests::TemporaryDirectory directory;
+  base::Unit unit(1);
+  const auto records_of = [&](const std::string& content) {
+    unit.open(directory.write("records", content) + "   ");
+    std::string records;
+    for (Text<8> record; unit.try_read(record);)
+      records += std::string(record.trimmed()) + "|";
+    return records;
+  };
+  EXPECT_EQ(records_of("one\r\n\n123456789\r\n\r\r\nlast"),
+            "one||12345678|\r|last|");
+  // Longer than the buffer, with the line end on either side of its edge.
+  for (const std::size_t length : {65534U, 65535U, 65536U, 65537U, 200000U}) {
+    const std::string line(length, 'x');
+    EXPECT_EQ(records_of(line + "\r\nnext\nx"), "xxxxxxxx|next|x|") << length;
+  }
+  const std::string no = directory.path("no/such"), own = directory.path("");
+  EXPECT_CAUSE(unit.create(no),
+               "Cannot write file '" + no + "': No such file or directory");
+  EXPECT_CAUSE(unit.open(own),
+               "Cannot open file '" + own + "': Is a directory");
+}
 
 std::vector<float> numbers_in(const std::string& text, int columns = 132) {
   int iout = 0;
@@ -69,45 +152,30 @@ struct Formatted {
 };
 
 TEST(Trlnu, WritesNumbersByFormatCode) {
-  using Case = std::tuple<float, const char*, std::string>;
-  const Case cases[] = {
-      // A 5 never rounds up. 0999.98 reads back as the same number.
-      Case(0.25F, "f8.1", "0.2"), Case(0.26F, "f8.1", "0.3"),
-      Case(9.96F, "f8.1", "10.0"), Case(0.096F, "f8.2", "0.10"),
-      Case(0.999F, "f8.2", "1.00"), Case(0.006F, "f8.2", "0.01"),
-      Case(0, "f8.2", "0.00"), Case(-0.001F, "f8.2", "-0.00"),
-      Case(0.7F, "f8.0", "1."), Case(999.98F, "f8.2", "0999.98"),
-      Case(5, " +f8.1", "+5.0"), Case(-0.7F, "i3", "-1"),
-      Case(0.3F, "i3", "  0"), Case(122.5F, "I5", "122"),
-      Case(0.0025F, "E9.2", "2.50E-3"), Case(9.999F, "+e9.2", "+1.00e+1"),
-      Case(12345, "a20.2", "1.23*10@u4@n"), Case(0x1p-149F, "e9.2", "1.00e-45"),
-      // Beyond 1e10 the format is e15.5.
-      Case(2e10F, "f8.2", "2.00000e10"),
-      Case(INFINITY, "f8.2", "***************"),
-      // What does not fit stands whole between stars, and leaves `im`.
-      Case(1234567, "f8.2", "***1234567.00***")};
-  for (const auto& [value, format, text] : cases) {
-    const Formatted shown(value, format);
-    const int length = static_cast<int>(text.size());
-    EXPECT_EQ(shown.format, value > 1e10F ? "e15.5" : format) << text;
-    EXPECT_EQ(shown.chl, text) << format;
-    EXPECT_EQ(shown.im, length > 15 ? 5 : length) << text;
-    EXPECT_TRUE(shown.chr.trimmed().ends_with(text)) << text;
+  for (const auto& f : tests::table(
+           // A 5 never rounds up. 0999.98 reads back as the same number.
+           "0.25,f8.1,0.2|0.26,f8.1,0.3|9.96,f8.1,10.0|0.096,f8.2,0.10|"
+           "0.999,f8.2,1.00|0.006,f8.2,0.01|0,f8.2,0.00|-0.001,f8.2,-0.00|"
+           "0.7,f8.0,1.|999.98,f8.2,0999.98|5, +f8.1,+5.0|-0.7,i3,-1|"
+           "0.3,i3,  0|122.5,I5,122|0.0025,E9.2,2.50E-3|0x1p-149,e9.2,1.00e-45|"
+           "9.999,+e9.2,+1.00e+1|12345,a20.2,1.23*10@u4@n|"
+           // Beyond 1e10 the format is e15.5.
+           "2e10,f8.2,2.00000e10|inf,f8.2,***************|"
+           // What does not fit stands whole between stars, and leaves `im`.
+           "1234567,f8.2,***1234567.00***")) {
+    const float value = std::strtof(f[0].c_str(), nullptr);
+    const Formatted shown(value, f[1]);
+    const int length = static_cast<int>(f[2].size());
+    EXPECT_EQ(shown.format, value > 1e10F ? "e15.5" : f[1]) << f[2];
+    EXPECT_EQ(shown.chl, f[2]) << f[1];
+    EXPECT_EQ(shown.im, length > 15 ? 5 : length) << f[2];
+    EXPECT_TRUE(shown.chr.trimmed().ends_with(f[2])) << f[2];
     EXPECT_EQ(shown.chr.length(), std::max(shown.width, length));
   }
   EXPECT_THROW(Formatted(-1e10F, "f8.4"), base::RangeError);
 }
 
-// What a prompt shows must read back as the value that it showed. A 5 is cut
-// off, not rounded: up to 0.6 of a step, and the digits of single precision.
-TEST(Trlnu, FixedTextIsWithinHalfAStepOfTheNumber) {
-  for (float x = 0.003F; x < 9e4F; x *= 1.00731F) {
-    const std::string shown(Formatted(x, "f9.2").chl.trimmed());
-    EXPECT_NEAR(std::stod(shown), x, 0.0061 + 3e-7 * static_cast<double>(x));
-  }
-}
-
-TEST(Itoc8, WritesFromColumnTwo) {
+TEST(Codes, AreWrittenFromColumnTwoAndReadFromAnywhere) {
   Text<8> field = "xxxxxxxx";
   for (const auto& [number, written] :
        {std::pair(-17, "-17"), {0, ""}, {9999999, " 9999999"}}) {
@@ -116,47 +184,40 @@ TEST(Itoc8, WritesFromColumnTwo) {
   }
   EXPECT_THROW(toolkit::itoc8(field, 10000000), base::RangeError);
   EXPECT_THROW(toolkit::itoc8(field, INT_MIN), base::RangeError);
-}
-
-TEST(C8toi, ReadsAFieldAndBlanksLetters) {
-  using Case = std::tuple<const char*, int, const char*>;
+  // Letters are left blank.
   int n = -1;
-  for (const auto& [typed, number, after] :
-       {Case("  -17   ", -17, "  -17"), Case("+-5", -5, "+-5"),
-        Case("28Ni", 28, "28"), Case("1234567", 1234567, "1234567"),
-        Case("x 82 y", 82, "  82")}) {
-    Text<8> field = typed;
+  for (const auto& f :
+       tests::table("  -17   ,-17,  -17|+-5,-5,+-5|28Ni,28,28|x 82 y,82,  82|"
+                    "1234567,1234567,1234567")) {
+    field = f[0];
     toolkit::c8toi(field, n);
-    EXPECT_EQ(n, number) << typed;
-    EXPECT_EQ(field, after);
+    EXPECT_EQ(std::to_string(n), f[1]) << f[0];
+    EXPECT_EQ(field, f[2]);
   }
   for (Text<8> full : {"12345678", "       5", "       -"}) {
     EXPECT_THROW(toolkit::c8toi(full, n), base::RangeError) << full.full();
   }
 }
 
-TEST(Strings, LowerCaseMovesToTheLeft) {
+TEST(Strings, AreMovedLoweredMeasuredAndTakenApart) {
   // Column 132 moves along as it was.
   Text<132> text("  Fe \xC4");
   text.at(132, "text") = 'W';
   toolkit::lc_character(text);
   EXPECT_EQ(text, "fe \xC4" + std::string(125, ' ') + "W");
-}
-
-TEST(Strings, StringendLooksUpToAColumn) {
+  // Up to a column, or all of it.
   for (const auto& [from, end] :
        {std::pair(5, 5), {7, 6}, {0, 13}, {200, 13}}) {
     int il = from;
     toolkit::stringend("Photon energy", il);
     EXPECT_EQ(il, end) << from;
   }
-}
-
-TEST(Strings, NextcharStepsThroughWords) {
-  using Case = std::tuple<const char*, int, int, const char*, int>;
-  for (const auto& [line, il, word_at, word, length] :
-       {Case("read, write x", 4, 7, "write x", 5), Case("read", 1, 6, "", 0),
-        Case("  ,read", 0, 4, "read", 4), Case("", 131, 132, "", 0)}) {
+  const std::tuple<const char*, int, int, const char*, int> words[] = {
+      {"read, write x", 4, 7, "write x", 5},
+      {"read", 1, 6, "", 0},
+      {"  ,read", 0, 4, "read", 4},
+      {"", 131, 132, "", 0}};
+  for (const auto& [line, il, word_at, word, length] : words) {
     int ip = 0, ia = 0;
     Text<132> rest;
     toolkit::nextchar(line, il, ip, rest, ia);
