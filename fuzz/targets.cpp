@@ -35,24 +35,21 @@ void require(bool so) {
   if (!so) std::abort();
 }
 
-// The current directory: one of its own with the program's data files.
-const tests::TemporaryDirectory& here() {
-  static const tests::TemporaryDirectory directory;
-  static const bool set_up = [] {
-    std::filesystem::current_path(directory.path(""));
+// In a directory of its own with the program's data files.
+void set_up() {
+  static const tests::WorkingDirectory here;
+  static const bool done = [] {
     std::filesystem::copy(DATA_DIR, ".");
     // No viewer is found, and no settings of whoever runs this.
     setenv("PATH", "/nonexistent", 1);
     setenv("INPUTRC", "/dev/null", 1);
-    return setenv("ZOXUHEPATH", directory.path("").c_str(), 1) == 0;
+    return setenv("ZOXUHEPATH", ".", 1) == 0;
   }();
-  require(set_up);
-  return directory;
+  require(done);
 }
 
 // Runs `action` with `keys` on standard input, to its end or a fatal one.
 void run(std::string_view keys, const std::function<void()>& action) {
-  here();
   try {
     tests::output_of(keys, [&action] {
       terminal::window(1);
@@ -137,7 +134,7 @@ int byte(std::string_view input, std::size_t i) {
 // Two bytes of energy, then the coefficient file.
 [[maybe_unused]] void block(std::string_view input) {
   if (input.size() < 2) return;
-  here().write("attenuation.coefficients", input.substr(2));
+  tests::write("attenuation.coefficients", input.substr(2));
   run("", [&] {
     const int quarters = byte(input, 0) * 256 + byte(input, 1);
     Text<16> element;
@@ -150,13 +147,13 @@ int byte(std::string_view input, std::size_t i) {
 // The density file, and the keys for its menu.
 [[maybe_unused]] void density(std::string_view input) {
   const auto [file, keys] = file_and_keys(input);
-  here().write("dichte.dat", file);
+  tests::write("dichte.dat", file);
   run(keys, [] { attenuation::elementdensity(26); });
 }
 
 // The element list, used for whole sessions.
 [[maybe_unused]] void elements(std::string_view input) {
-  here().write("elements.dat", input);
+  tests::write("elements.dat", input);
   run("5 ES\n\nFe\n\n\n\n\n\nn\n\n", attenuation::dialogue);
   run("6 m\n\n\n\n\nn\n\n", attenuation::dialogue);
 }
@@ -164,7 +161,7 @@ int byte(std::string_view input, std::size_t i) {
 // The help file, and the keys to walk on.
 [[maybe_unused]] void help(std::string_view input) {
   const auto [file, keys] = file_and_keys(input);
-  here().write("attenuation.help", file);
+  tests::write("attenuation.help", file);
   for (const char* key : {"/a", "/a*"}) {
     run(keys, [key] { ::help::helproutine(key, "attenuation.help"); });
   }
@@ -180,6 +177,7 @@ int byte(std::string_view input, std::size_t i) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
                                       std::size_t size) {
+  fuzz::set_up();
   fuzz::TARGET({reinterpret_cast<const char*>(data), size});
   return 0;
 }

@@ -19,12 +19,11 @@ const std::string kDensities = "dichte.dat";
 const std::string kHelp = "attenuation.help";
 
 TEST(Data, IsWhatTheGeneratorWrites) {
-  const tests::TemporaryDirectory made;
-  const std::string run = MAKEDATA " " + kData + "sources " + made.path(".");
+  const tests::WorkingDirectory made;
+  const std::string run = MAKEDATA " " + kData + "sources .";
   ASSERT_EQ(std::system(run.c_str()), 0);
   for (const auto& file : {kList, kBlocks, kDensities}) {
-    EXPECT_EQ(tests::content_of(kData + file),
-              tests::content_of(made.path(file)));
+    EXPECT_EQ(tests::content_of(kData + file), tests::content_of(file));
   }
 }
 
@@ -80,17 +79,17 @@ TEST(DataCheck, TellsFileLineAndReason) {
       {kHelp, 25, 1, "/#more a;b\n", ":25: the document name a;b"},
       {kHelp, 7, 1, std::string(7, '\n'), ":29: the text has more"}};
   for (const auto& [file, line, column, text, reason] : cases) {
-    const tests::TemporaryDirectory own;
-    std::filesystem::copy(kData, own.path(""));
+    const tests::WorkingDirectory own;
+    std::filesystem::copy(kData, ".");
     std::string body = tests::content_of(kData + file);
     std::size_t at = 0;
     for (int i = 1; i < line; ++i) at = body.find('\n', at) + 1;
     at += static_cast<std::size_t>(column - 1);
     const auto cut = text.empty() ? body.find('\n', at) + 1 - at : text.size();
-    own.write(file, body.replace(at, text.ends_with('\n') ? 0 : cut, text));
+    tests::write(file, body.replace(at, text.ends_with('\n') ? 0 : cut, text));
     std::string told;
     for (const auto check : {data::check_data, data::check_help}) {
-      for (const auto& fault : check(own.path(""))) {
+      for (const auto& fault : check(".")) {
         told += fault.file + ":" + data::str(fault.line) + ": " + fault.reason;
       }
     }

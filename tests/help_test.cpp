@@ -52,7 +52,7 @@ class Browser : public testing::Test {
  protected:
   std::string browse(const std::string& content, const std::string& keys,
                      const char* key = "/a") {
-    directory_.write("h", content);
+    tests::write("h", content);
     return output_of(keys, [key] { help::helproutine(key, "h"); });
   }
   // What follows when "a" has one related entry, and it is chosen.
@@ -60,8 +60,7 @@ class Browser : public testing::Test {
     EXPECT_TRUE(has(browse("/a\nx\n/#" + entry, kDown), shown));
   }
 
-  const tests::TemporaryDirectory directory_;
-  const tests::WorkingDirectory here_{directory_.path("")};
+  const tests::WorkingDirectory here_;
 };
 
 TEST_F(Browser, ShowsTextsPagesLinksAndHeaders) {
@@ -130,14 +129,13 @@ TEST_F(Browser, ManyEntriesTakeNoTimeAndTooManyRelatedOnesAreRefused) {
 }
 
 TEST_F(Browser, OpensDetailsAndDocuments) {
-  directory_.write("d.txt", "detail\n");
-  directory_.write("xdvi", "#!/bin/sh\necho \"$@\" >> shown\n");
+  tests::write("d.txt", "detail\n");
+  tests::write("xdvi", "#!/bin/sh\necho \"$@\" >> shown\n");
   std::filesystem::permissions("xdvi", std::filesystem::perms::owner_all);
   help::cmpa.zoxuhepath = ".";
   expect_related("details d.txt", "detail" + std::string(74, ' ') + "\n");
   expect_related("details none", " file ./none for details not found\n\n");
-  const std::string path = directory_.path(":") + std::getenv("PATH");
-  setenv("PATH", path.c_str(), 1);
+  setenv("PATH", (std::string(".:") + std::getenv("PATH")).c_str(), 1);
   setenv("ZOXUHEPATH", "/h", 1);
   for (const std::string name : {"x;touch${IFS}bad", "$(touch", "../x", ""}) {
     expect_related("more " + name, " the document name " + name + " has char");

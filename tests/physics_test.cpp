@@ -18,9 +18,10 @@ namespace {
 // Reads what follows the six header records of a coefficient file's block.
 template <typename Action>
 void in_block(const std::string& records, Action action) {
-  const tests::TemporaryDirectory directory;
+  const tests::WorkingDirectory directory;
   const base::UnitCloser closer(base::unit(1));
-  base::unit(1).open(directory.write("block", "\n\n\n\n\n\n" + records));
+  tests::write("block", "\n\n\n\n\n\n" + records);
+  base::unit(1).open("block");
   action();
 }
 

@@ -90,8 +90,8 @@ TEST(Prompts, TextAndYesOrNoAreKeptOrTypedAndConfirmed) {
 
 TEST(Prompts, ScriptIsRecordedAndReplayed) {
   base::Unit& script = base::unit(10);
-  const tests::TemporaryDirectory directory;
-  script.create(directory.path("script"));
+  const tests::WorkingDirectory directory;
+  script.create("script");
   EXPECT_EQ(Prompt('w').ask('v', "14.4\n\n"),
             "(b) " + kAsked + erased(6) + "(b) Energy=[14.40]\n" + kUp);
   // With the help of the question comes that of the script.
@@ -102,8 +102,8 @@ TEST(Prompts, ScriptIsRecordedAndReplayed) {
   script.write("Energy 14.4");
   script.close();
 
+  script.open("script");
   Prompt value('r'), text('r'), yes('r');
-  script.open(directory.path("script"));
   EXPECT_EQ(value.ask('v', ""), "Energy=[14.40]\n");
   EXPECT_EQ(text.ask('t', ""), "");
   EXPECT_EQ(yes.ask('y', ""), "Energy [n]\n");

@@ -124,14 +124,13 @@ TEST(Query, TheSixtyFourthEntryIsChosenUnseen) {
 }
 
 TEST(Query, AnotherProcessTakesTheChoiceFromTheScript) {
-  const tests::TemporaryDirectory directory;
-  const std::string script = directory.path("script");
-  base::unit(10).create(script);
+  const tests::WorkingDirectory directory;
+  base::unit(10).create("script");
   Menu(kMetals, "Iron", " w").query(kDownKey + "\n", 30, '#');
   base::unit(10).close();
-  EXPECT_EQ(tests::content_of(script),
+  EXPECT_EQ(tests::content_of("script"),
             kHeader + rows(2) + "2" + dashes(26) + "\n");
-  base::unit(10).open(script);
+  base::unit(10).open("script");
   Menu reader(kMetals, "Iron", " r");
   reader.query("", 30, '#');
   base::unit(10).close();

@@ -106,8 +106,9 @@ TEST(Channels, ClosedOrFullEndTheRunWithAMessage) {
 
 // Readline's movement to the end of a word went on for ever.
 TEST(LineEditor, DoesNotHangOnBytesThatAreNoCharacter) {
-  const tests::TemporaryDirectory files;
-  const std::string vi = files.write("inputrc", "set editing-mode vi\n");
+  const tests::WorkingDirectory files;
+  tests::write("inputrc", "set editing-mode vi\n");
+  const std::string vi = std::filesystem::absolute("inputrc");
   const std::string typed = "\xf4" + std::string(8, '\x8d') + "\x1b" + "0e";
   const auto run = run_piped("10 c\n\n" + typed + "\n\n",
                              {.environment = {"INPUTRC=" + vi}});
@@ -126,8 +127,7 @@ std::string session() {
 }
 
 TEST(DataFiles, CutOrDamagedGiveNoOtherNumbers) {
-  const tests::TemporaryDirectory directory;
-  const tests::WorkingDirectory here(directory.path(""));
+  const tests::WorkingDirectory directory;
   std::filesystem::copy(DATA_DIR, ".");
   const std::string expected = session();
   EXPECT_TRUE(has(expected, "transmission="));
@@ -135,7 +135,7 @@ TEST(DataFiles, CutOrDamagedGiveNoOtherNumbers) {
        {"elements.dat", "attenuation.coefficients", "dichte.dat"}) {
     const std::string whole = content_of(file);
     const auto with = [&](const std::string& content) {
-      directory.write(file, content);
+      tests::write(file, content);
       return session();
     };
     for (std::size_t cut = 0; cut < whole.size(); cut += 37) {
@@ -151,7 +151,7 @@ TEST(DataFiles, CutOrDamagedGiveNoOtherNumbers) {
     std::filesystem::create_directory(file);
     EXPECT_EQ(session(), "") << file;
     std::filesystem::remove(file);
-    directory.write(file, whole);
+    tests::write(file, whole);
   }
 }
 

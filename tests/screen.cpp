@@ -59,13 +59,6 @@ int exit_status(int wait_status) {
 
 }  // namespace
 
-std::string settings_of(int terminal) {
-  termios now;
-  std::memset(&now, 0, sizeof now);  // also between the members
-  EXPECT_EQ(tcgetattr(terminal, &now), 0);
-  return {reinterpret_cast<const char*>(&now), sizeof now};
-}
-
 Screen::Screen(Size size, const Options& options)
     : vterm_(vterm_new(24, 80), vterm_free) {
   vterm_set_utf8(vterm_.get(), 1);
@@ -176,8 +169,15 @@ std::string Screen::rows(int first, int last) const {
   return text;
 }
 
+std::string Screen::settings() const {
+  termios now;
+  std::memset(&now, 0, sizeof now);  // also between the members
+  EXPECT_EQ(tcgetattr(slave_, &now), 0);
+  return {reinterpret_cast<const char*>(&now), sizeof now};
+}
+
 void Screen::type(std::string_view keys) {
-  EXPECT_GE(write(master_, keys.data(), keys.size()), 0);
+  EXPECT_GE(::write(master_, keys.data(), keys.size()), 0);
 }
 
 void Screen::resize(Size size) {
@@ -202,14 +202,12 @@ int Screen::wait() {
 
 // The command is a file because no single argument may be longer than 128 KiB.
 Outcome run_piped(std::string_view input, const Options& options) {
-  const TemporaryDirectory files;
-  files.write("in", input);
-  files.write("run", command(options));
-  const std::string in = "cd '" + files.path("") + "' && cat in | ";
+  const WorkingDirectory files;
+  tests::write("in", input);
+  tests::write("run", command(options));
   const int status =
-      std::system((in + "timeout -s KILL 10 sh run >out 2>err").c_str());
-  return {exit_status(status), content_of(files.path("out")),
-          content_of(files.path("err"))};
+      std::system("cat in | timeout -s KILL 10 sh run >out 2>err");
+  return {exit_status(status), content_of("out"), content_of("err")};
 }
 
 }  // namespace tests

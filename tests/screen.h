@@ -32,9 +32,6 @@ struct Options {
   std::string rest{};   // of the command in shell notation: "--help 2>&-"
 };
 
-// All settings of a terminal.
-std::string settings_of(int terminal);
-
 // Rows count from 1. To a size of 0 belongs a screen of 24 x 80.
 class Screen {
  public:
@@ -62,7 +59,7 @@ class Screen {
   // status as a shell has it: 128 + the signal, if one ended the program.
   int wait();
   bool stopped() const { return file("status").find("State:\tT") < 9999; }
-  std::string settings() const { return settings_of(slave_); }
+  std::string settings() const;  // all of the terminal's
   bool restored() const { return settings() == initial_settings_; }
 
  private:

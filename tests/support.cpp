@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -83,10 +84,19 @@ std::string content_of(const std::string& file) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-std::string TemporaryDirectory::write(const std::string& file,
-                                      std::string_view content) const {
-  std::ofstream(path(file), std::ios::binary) << content;
-  return path(file);
+WorkingDirectory::WorkingDirectory()
+    : own_(std::filesystem::temp_directory_path() / "attenuation-XXXXXX") {
+  EXPECT_NE(mkdtemp(own_.data()), nullptr);
+  std::filesystem::current_path(own_);
+}
+
+WorkingDirectory::~WorkingDirectory() {
+  std::filesystem::current_path(before_);
+  std::filesystem::remove_all(own_);
+}
+
+void write(const std::string& file, std::string_view content) {
+  std::ofstream(file, std::ios::binary) << content;
 }
 
 std::string output_of(std::string_view input,

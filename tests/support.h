@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -33,33 +32,22 @@ std::string typed(std::string keys);
 
 std::string content_of(const std::string& file);
 
-// An empty directory that goes with its owner.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory() { EXPECT_NE(mkdtemp(path_.data()), nullptr); }
-  ~TemporaryDirectory() { std::filesystem::remove_all(path_); }
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-
-  std::string path(const std::string& file) const { return path_ + "/" + file; }
-  // Returns the path.
-  std::string write(const std::string& file, std::string_view content) const;
-
- private:
-  std::string path_ =
-      std::filesystem::temp_directory_path() / "attenuation-XXXXXX";
-};
-
-// Makes `directory` the current one while it lives.
+// The current directory while it lives: an empty one that goes with it, or
+// `directory`.
 class WorkingDirectory {
  public:
-  explicit WorkingDirectory(const std::string& directory) {
+  WorkingDirectory();
+  explicit WorkingDirectory(const char* directory) {
     std::filesystem::current_path(directory);
   }
-  ~WorkingDirectory() { std::filesystem::current_path(before_); }
+  ~WorkingDirectory();
 
  private:
   const std::filesystem::path before_ = std::filesystem::current_path();
+  std::string own_;
 };
+
+void write(const std::string& file, std::string_view content);
 
 // Runs `action` with `input` as standard input and returns what it wrote to
 // standard output. Behind it, data files are closed and the history is empty.

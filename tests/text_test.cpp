@@ -82,10 +82,11 @@ TEST(Edit, ReadsCoefficientFields) {
 }
 
 TEST(Unit, RecordsEndInLfOrCrLfAndAreCutAtTheirField) {
-  const tests::TemporaryDirectory directory;
+  const tests::WorkingDirectory directory;
   base::Unit unit(1);
   const auto records_of = [&](const std::string& content) {
-    unit.open(directory.write("records", content) + "   ");
+    tests::write("records", content);
+    unit.open("records   ");
     std::string records;
     for (Text<8> record; unit.try_read(record);)
       records += std::string(record.trimmed()) + "|";
@@ -98,11 +99,9 @@ TEST(Unit, RecordsEndInLfOrCrLfAndAreCutAtTheirField) {
     const std::string line(length, 'x');
     EXPECT_EQ(records_of(line + "\r\nnext\nx"), "xxxxxxxx|next|x|") << length;
   }
-  const std::string no = directory.path("no/such"), own = directory.path("");
-  EXPECT_CAUSE(unit.create(no),
-               "Cannot write file '" + no + "': No such file or directory");
-  EXPECT_CAUSE(unit.open(own),
-               "Cannot open file '" + own + "': Is a directory");
+  EXPECT_CAUSE(unit.create("no/such"),
+               "Cannot write file 'no/such': No such file or directory");
+  EXPECT_CAUSE(unit.open("."), "Cannot open file '.': Is a directory");
 }
 
 std::vector<float> numbers_in(const std::string& text, int columns = 132) {
