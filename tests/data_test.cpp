@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
-#include <string>
 #include <tuple>
 
 #include "data/tools/datacheck.h"

@@ -1,11 +1,7 @@
 #include "help/help.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
 #include <set>
-#include <string>
 #include <tuple>
 
 #include "attenuation/catalogue.h"
@@ -13,7 +9,6 @@
 #include "help/helproutine.h"
 #include "help/query.h"
 #include "tests/screen.h"
-#include "tests/support.h"
 
 namespace {
 
@@ -153,8 +148,8 @@ TEST_F(Browser, OpensDetailsAndDocuments) {
 
 TEST(HelpInDialogue, BringsTheUserBackToTheQuestion) {
   tests::Screen screen;  // without ZOXUHEPATH: helpfile.help
-  screen.type("10 c\rhe\r");
-  ASSERT_TRUE(screen.walk(">q,[1 Ni>10 c,[N_2>HE,[return],[N_2,g/cm3"));
+  ASSERT_TRUE(
+      screen.walk("!10 c\rhe\r,>q,[1 Ni>10 c,[N_2>HE,[return],[N_2,g/cm3"));
 }
 
 }  // namespace

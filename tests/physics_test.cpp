@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdio>
-#include <string>
-#include <tuple>
-#include <vector>
 
 #include "attenuation/atcoefficient.h"
 #include "attenuation/coefficientfile.h"
@@ -15,19 +10,17 @@
 
 namespace {
 
-// Reads what follows the six header records of a coefficient file's block.
-template <typename Action>
-void in_block(const std::string& records, Action action) {
+// Unit 1 then stands before the six header records of a block.
+void open_block(const std::string& records) {
   const tests::WorkingDirectory directory;
-  const base::UnitCloser closer(base::unit(1));
   tests::write("block", "\n\n\n\n\n\n" + records);
   base::unit(1).open("block");
-  action();
 }
 
 float looked_up(float keV, const std::string& records) {
   float atc = -1.0F;
-  in_block(records, [&] { attenuation::attenuation(keV, atc); });
+  open_block(records);
+  attenuation::attenuation(keV, atc);
   return atc;
 }
 
@@ -53,14 +46,14 @@ std::string squares(int count) {
 TEST(Attenuation, ReadsFixedColumnsUntilARecordDoesNotConvert) {
   attenuation::Block block;
   // The third record has implied decimals; a blank one is a point of zeros.
-  in_block(
+  open_block(
       "K  1.00000E-03  7.217E+00  6.820E+00 and more\n"
       "*  1.5     -03  4   +00    1d0\n"
       "+   1 2 3 4      1 5\n"
       "\n"
       " Helium\n"
-      "   9.00000E-01  9.000E+00\n",
-      [&] { attenuation::read_block(block); });
+      "   9.00000E-01  9.000E+00\n");
+  attenuation::read_block(block);
   ASSERT_EQ(block.points, 4);
   EXPECT_EQ(block.xi(2), 1.5e-3);
   EXPECT_EQ(block.yi(2), 4e-3);

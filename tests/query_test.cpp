@@ -1,10 +1,5 @@
 #include "help/query.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "base/unit.h"
 #include "terminal/window.h"
 #include "tests/support.h"

@@ -1,16 +1,11 @@
 // No input, file, terminal or signal makes the program crash, hang, or leave
 // the terminal in another mode.
 
-#include <gtest/gtest.h>
-
 #include <csignal>
-#include <filesystem>
 #include <regex>
-#include <string>
 
 #include "attenuation/dialogue.h"
 #include "tests/screen.h"
-#include "tests/support.h"
 
 namespace {
 
@@ -54,8 +49,7 @@ TEST(Signals, EndTheRunWithTheTerminalAsItWas) {
     EXPECT_EQ(gone.wait(), 2) << "where the shell keeps SIGHUP to itself";
   }
   Screen menu;
-  EXPECT_TRUE(menu.walk(kWaits[0]));
-  menu.type("#");
+  EXPECT_TRUE(menu.walk("?[1 Nickel,!#"));
   EXPECT_EQ(menu.wait(), 128 + SIGINT) << "# interrupts a menu";
 }
 

@@ -87,8 +87,10 @@ testing::AssertionResult Screen::walk(const std::string& steps) {
   for (const std::string& step : split(steps, ',')) {
     const auto end = std::min(step.find('>'), step.size());
     const auto keys = step.substr(std::min(end + 1, step.size()));
-    bool passed = false;
-    if (step.starts_with('?')) {
+    bool passed = true;
+    if (step.starts_with('!')) {
+      type(step.substr(1));
+    } else if (step.starts_with('?')) {
       passed = awaited(step.substr(1), false);
     } else if ((passed = awaited(step.substr(0, end), true))) {
       type(keys + "\r");

@@ -6,14 +6,9 @@
 #ifndef TESTS_SCREEN_H_
 #define TESTS_SCREEN_H_
 
-#include <gtest/gtest.h>
-
 #include <csignal>
 #include <memory>
-#include <string>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include "tests/support.h"
 
@@ -42,8 +37,8 @@ class Screen {
   // and RET, and RET again to confirm them; without keys RET alone. A prompt is
   // sought in the last question only: the row of the cursor and the one above,
   // or the whole menu whose lower edge is above. Behind a "?" is what any row
-  // must show when the program waits, has stopped or has ended. Fails, with the
-  // screen, when that takes 10 s.
+  // must show when the program waits, has stopped or has ended; behind a "!"
+  // are keys to type at once. Fails, with the screen, when a wait takes 10 s.
   testing::AssertionResult walk(const std::string& steps);
 
   // The screen at the last of these waits, without trailing blanks.

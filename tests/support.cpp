@@ -8,43 +8,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 #include "base/unit.h"
 #include "terminal/readaline.h"
 
 namespace tests {
-namespace {
-
-// A file in place of standard input or output, in the life of its owner.
-class Channel {
- public:
-  Channel(int fd, std::string_view content)
-      : fd_(fd), before_(fcntl(fd, F_DUPFD_CLOEXEC, 3)) {
-    const int file = memfd_create("channel", MFD_CLOEXEC);
-    EXPECT_EQ(pwrite(file, content.data(), content.size(), 0),
-              static_cast<ssize_t>(content.size()));
-    replace_by(file);
-  }
-  ~Channel() { replace_by(before_); }
-  Channel(const Channel&) = delete;
-
-  std::string content() const {
-    return content_of("/dev/fd/" + std::to_string(fd_));
-  }
-
- private:
-  void replace_by(int other) const {
-    std::fflush(stdout);
-    dup2(other, fd_);
-    close(other);
-  }
-
-  const int fd_, before_;
-};
-
-}  // namespace
-
 base::FatalEnd fatal_end_of(const std::function<void()>& action) {
   try {
     action();
@@ -101,12 +71,25 @@ void write(const std::string& file, std::string_view content) {
 
 std::string output_of(std::string_view input,
                       const std::function<void()>& action) {
-  const Channel in(STDIN_FILENO, input), out(STDOUT_FILENO, "");
+  // Both are replaced and put back at once.
+  const auto put = [](const int* files) {
+    std::fflush(stdout);
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO}) {
+      dup2(files[fd], fd);
+      close(files[fd]);
+    }
+  };
+  const int before[] = {fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3),
+                        fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3)};
+  const std::shared_ptr<void> at_end(nullptr, [&](void*) { put(before); });
+  const int files[] = {memfd_create("in", 0), memfd_create("out", 0)};
+  EXPECT_EQ(pwrite(files[0], input.data(), input.size(), 0), std::ssize(input));
+  put(files);
   const base::UnitCloser one(base::unit(1)), two(base::unit(2));
   terminal::clearhist();
   action();
   std::fflush(stdout);
-  return out.content();
+  return content_of("/dev/fd/1");
 }
 
 }  // namespace tests

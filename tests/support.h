@@ -1,5 +1,5 @@
-// What tests and fuzz targets share: files that go again, captured dialogue,
-// fatal ends.
+// What tests and fuzz targets share, GoogleTest included: files that go again,
+// captured dialogue, fatal ends.
 
 #ifndef TESTS_SUPPORT_H_
 #define TESTS_SUPPORT_H_

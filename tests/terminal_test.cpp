@@ -1,8 +1,5 @@
-#include <gtest/gtest.h>
 #include <pty.h>
 #include <unistd.h>
-
-#include <string>
 
 #include "terminal/key.h"
 #include "terminal/window.h"
@@ -13,30 +10,27 @@ namespace {
 using terminal::term;
 
 TEST(Window, IsMeasuredOrAssumed) {
-  const auto measure = [](int rows, int columns, int i) {
-    winsize size{};
-    size.ws_row = static_cast<unsigned short>(rows);
-    size.ws_col = static_cast<unsigned short>(columns);
-    int master = -1, slave = -1;
-    ASSERT_EQ(openpty(&master, &slave, nullptr, nullptr, &size), 0);
-    // Further windows are named by their device.
-    term.winfile = ttyname(slave);
-    tests::output_of("", [&] {
-      dup2(slave, STDIN_FILENO);
-      terminal::window(i);
-    });
-    for (const int fd : {master, slave}) close(fd);
-  };
+  const auto number = [](const auto& text) { return std::stoi(text); };
+  // Rows and columns; what they count as; columns that prompts use.
   for (const auto& f : tests::table("50,200,50,200,130|12,40,12,40,40|"
                                     "30,0,24,80,80")) {
-    measure(std::stoi(f[0]), std::stoi(f[1]), 1);
-    const std::string measured = std::to_string(term.nrows(1)) + "," +
-                                 std::to_string(term.ncol(1)) + "," +
-                                 std::to_string(term.npl);
-    EXPECT_EQ(measured, f[2] + "," + f[3] + "," + f[4]);
+    winsize size{};
+    size.ws_row = static_cast<unsigned short>(number(f[0]));
+    size.ws_col = static_cast<unsigned short>(number(f[1]));
+    int master = -1, slave = -1;
+    ASSERT_EQ(openpty(&master, &slave, nullptr, nullptr, &size), 0);
+    term.winfile = ttyname(slave);  // names further windows
+    tests::output_of("", [slave] {
+      dup2(slave, STDIN_FILENO);
+      for (const int i : {1, 2}) terminal::window(i);
+    });
+    for (const int fd : {master, slave}) close(fd);
+    for (const int i : {1, 2}) {
+      EXPECT_EQ(term.nrows(i), number(f[2])) << i;
+      EXPECT_EQ(term.ncol(i), number(f[3])) << i;
+    }
+    EXPECT_EQ(term.npl, number(f[4]));
   }
-  measure(33, 111, 2);
-  EXPECT_EQ(term.ncol(2), 111);
   term.npl = 111;
   term.winfile = "/dev/none";
   terminal::window(2);

@@ -1,13 +1,9 @@
 #include "base/text.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "base/array.h"
 #include "base/edit.h"
