@@ -16,7 +16,6 @@
 #include "terminal/window.h"
 #include "tests/support.h"
 #include "toolkit/text/itoc8.h"
-#include "toolkit/text/nextchar.h"
 #include "toolkit/text/trlch.h"
 #include "toolkit/text/trlnu.h"
 
@@ -33,19 +32,6 @@ using base::Text;
 // A finding unless `so`.
 void require(bool so) {
   if (!so) std::abort();
-}
-
-// In a directory of its own with the program's data files.
-void set_up() {
-  static const tests::WorkingDirectory here;
-  static const bool done = [] {
-    std::filesystem::copy(DATA_DIR, ".");
-    // No viewer is found, and no settings of whoever runs this.
-    setenv("PATH", "/nonexistent", 1);
-    setenv("INPUTRC", "/dev/null", 1);
-    return setenv("ZOXUHEPATH", ".", 1) == 0;
-  }();
-  require(done);
 }
 
 // Runs `action` with `keys` on standard input, to its end or a fatal one.
@@ -74,16 +60,14 @@ int byte(std::string_view input, std::size_t i) {
 [[maybe_unused]] void number(std::string_view input) {
   if (input.empty()) return;
   const Text<132> line = input.substr(1);
-  int iout = -1, ip = 0, ia = 0;
+  int iout = -1, n = 0;
   base::Array<float, 32> out{"out"};
   toolkit::trlch(byte(input, 0), line, iout, out);
   require(0 <= iout && iout <= 32);
   for (int i = iout + 1; i <= 32; ++i) require(out(i) == 0.0F);
-  Text<132> word;
-  toolkit::nextchar(line, byte(input, 0), ip, word, ia);
   try {
     Text<8> field = line;
-    toolkit::c8toi(field, ip);
+    toolkit::c8toi(field, n);
   } catch (const base::FatalEnd&) {
   }
 }
@@ -175,9 +159,30 @@ int byte(std::string_view input, std::size_t i) {
 }  // namespace
 }  // namespace fuzz
 
+// Runs in a directory of its own with the program's data files. What the words
+// name is where the fuzzer was started, and findings go there.
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
+  namespace fs = std::filesystem;
+  static tests::Words words(*argv, *argv + *argc);
+  words.insert(++words.begin(),
+               "-artifact_prefix=" + fs::current_path().string() + "/");
+  static std::vector<char*> pointers;
+  for (std::string& word : words) {
+    if (fs::exists(word)) word = fs::absolute(word);
+    pointers.push_back(word.data());
+  }
+  *argc = static_cast<int>(pointers.size());
+  *argv = pointers.data();
+  static const tests::WorkingDirectory here;
+  fs::copy(DATA_DIR, ".");
+  // No viewer is found, and no settings of whoever runs this.
+  setenv("PATH", "/nonexistent", 1);
+  setenv("INPUTRC", "/dev/null", 1);
+  return setenv("ZOXUHEPATH", ".", 1);
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
                                       std::size_t size) {
-  fuzz::set_up();
   fuzz::TARGET({reinterpret_cast<const char*>(data), size});
   return 0;
 }

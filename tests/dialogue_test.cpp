@@ -126,6 +126,13 @@ TEST(Dialogue, NotesNumbersThatAreOfAnotherSample) {
   const auto trap = run_piped(tests::typed("10 c//Fe_12/////n//"));
   EXPECT_EQ(trap.status, 0);
   EXPECT_EQ(trap.err, "Note: the formula Fe_12 is read as Fe_122\n");
+  const tests::WorkingDirectory other_order;
+  std::filesystem::copy(DATA_DIR, ".");
+  tests::write("elements.dat", "\n" + tests::content_of("elements.dat"));
+  const auto moved = run_piped(tests::typed("7 t/////n//"),
+                               {.directory = std::filesystem::current_path()});
+  EXPECT_TRUE(
+      has(moved.err, "Note: elements.dat:6: the sample takes B, which"));
   Screen narrow({24, 34});
   EXPECT_TRUE(narrow.walk(">2 I,keV=[14.40],>,?has cut the density"));
 }

@@ -1,6 +1,5 @@
 #include "help/help.h"
 
-#include <fstream>
 #include <set>
 #include <tuple>
 
@@ -30,10 +29,8 @@ TEST(HelpFile, EveryKeyRelatedEntryAndLinkLeadsSomewhere) {
       ',');
   std::set<std::string> keys(asked.begin(), asked.end());
   for (const auto& s : attenuation::kCatalogue) keys.emplace(s.help_key);
-  std::ifstream in(file);
-  for (std::string line; std::getline(in, line);) {
+  for (const auto& line : tests::split(content_of(file), '\n'))
     if (help::is_header(line)) keys.insert(line.substr(1));
-  }
   for (const std::string& key : keys) {
     // A page answer, and "return" in the menu: what was shown is left again.
     const auto shown =

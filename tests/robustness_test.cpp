@@ -4,6 +4,7 @@
 #include <csignal>
 #include <regex>
 
+#include "attenuation/catalogue.h"
 #include "attenuation/dialogue.h"
 #include "tests/screen.h"
 
@@ -17,10 +18,9 @@ using tests::Screen;
 const std::string kKeys = tests::typed("5 ES//Cu//20///5////0.1//n//");
 
 TEST(EndOfInput, EndsTheRunAtEveryRead) {
-  for (const char* sample : {"1 N", "2 I", "3 L", "4 A", "5 ES", "6 m", "7 t",
-                             "8 N", "9 F", "10 c", "11 0"}) {
-    const std::string keys =
-        sample + std::string("\n\nhe") + std::string(15, '\n');
+  for (const auto& sample : attenuation::kCatalogue) {
+    const std::string keys = std::string(sample.text.substr(0, 4)) +
+                             tests::typed("//he///////////////");
     for (std::size_t cut = 0; cut < keys.size(); ++cut) {
       const auto run = run_piped(keys.substr(0, cut));
       if (run.status == 0) break;

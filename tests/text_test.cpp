@@ -22,7 +22,7 @@ namespace {
 using base::Text;
 using tests::has;
 
-TEST(Text, CutsPadsAndIgnoresTrailingBlanks) {
+TEST(Fields, AreCutPaddedAndChecked) {
   Text<4> text = "abcdef";
   EXPECT_EQ(text.full(), "abcd");
   text = std::string("a");
@@ -30,17 +30,13 @@ TEST(Text, CutsPadsAndIgnoresTrailingBlanks) {
   EXPECT_FALSE(text == " a");
   text.put(2, 3, "xyz", "text");
   EXPECT_EQ(text.full(), "axy ");
-}
-
-TEST(RangeError, NamesWhatWasIndexedAndTheCaller) {
-  base::Array<int, 65, 0> lpart{"lpart"};
-  lpart(0) = lpart(64) = 7;
-  EXPECT_CAUSE(Text<12>().at(0, "element"),
+  EXPECT_CAUSE(text.at(0, "element"),
                "Substring out of bounds: lower bound (0) of 'element' is less "
                "than one");
+  base::Array<int, 65, 0> lpart{"lpart"};
+  lpart(0) = lpart(64) = 7;
   const auto here = "tests/text_test.cpp:" + std::to_string(__LINE__ + 1);
-  const auto end = tests::fatal_end_of([&] { lpart(-1); });
-  EXPECT_TRUE(has(end.report(), here));
+  EXPECT_TRUE(has(tests::fatal_end_of([&] { lpart(-1); }).report(), here));
 }
 
 // As printed by a Fortran runtime (gfortran 12, "f" edit descriptors).
@@ -136,17 +132,10 @@ TEST(Trlch, FindsEveryNumberInFreeText) {
   EXPECT_EQ(numbers_in(ones + "1.e2 3.e2").back(), 100.0F);
 }
 
-// A number as text; `im` stays 5 where nothing sets it.
-struct Formatted {
-  Formatted(float value, const std::string& code) : format(code) {
-    toolkit::trlnu(format, value, chr, width, chl, im);
-  }
+TEST(Trlnu, WritesNumbersByFormatCode) {
   Text<7> format;
   Text<24> chr, chl;
-  int width = 0, im = 5;
-};
-
-TEST(Trlnu, WritesNumbersByFormatCode) {
+  int width = 0, im = 0;
   for (const auto& f : tests::table(
            // A 5 never rounds up. 0999.98 reads back as the same number.
            "0.25,f8.1,0.2|0.26,f8.1,0.3|9.96,f8.1,10.0|0.096,f8.2,0.10|"
@@ -159,15 +148,19 @@ TEST(Trlnu, WritesNumbersByFormatCode) {
            // What does not fit stands whole between stars, and leaves `im`.
            "1234567,f8.2,***1234567.00***")) {
     const float value = std::strtof(f[0].c_str(), nullptr);
-    const Formatted shown(value, f[1]);
     const int length = static_cast<int>(f[2].size());
-    EXPECT_EQ(shown.format, value > 1e10F ? "e15.5" : f[1]) << f[2];
-    EXPECT_EQ(shown.chl, f[2]) << f[1];
-    EXPECT_EQ(shown.im, length > 15 ? 5 : length) << f[2];
-    EXPECT_TRUE(shown.chr.trimmed().ends_with(f[2])) << f[2];
-    EXPECT_EQ(shown.chr.length(), std::max(shown.width, length));
+    format = f[1];
+    im = 5;
+    toolkit::trlnu(format, value, chr, width, chl, im);
+    EXPECT_EQ(format, value > 1e10F ? "e15.5" : f[1]) << f[2];
+    EXPECT_EQ(chl, f[2]) << f[1];
+    EXPECT_EQ(im, length > 15 ? 5 : length) << f[2];
+    EXPECT_TRUE(chr.trimmed().ends_with(f[2])) << f[2];
+    EXPECT_EQ(chr.length(), std::max(width, length));
   }
-  EXPECT_THROW(Formatted(-1e10F, "f8.4"), base::RangeError);
+  format = "f8.4";
+  EXPECT_THROW(toolkit::trlnu(format, -1e10F, chr, width, chl, im),
+               base::RangeError);
 }
 
 TEST(Codes, AreWrittenFromColumnTwoAndReadFromAnywhere) {

@@ -39,7 +39,7 @@ class HelpFile {
 
  private:
   // What the record before belongs to.
-  enum class Part {
+  enum class Place {
     kHeader,
     kText,
     kRelated,
@@ -51,12 +51,12 @@ class HelpFile {
     const Record record = file_.text(line);
     const Record header = help::left_justified(record);
     const bool is_header = help::is_header(header) && header != "/";
-    const bool in_text = part_ == Part::kHeader || part_ == Part::kText;
+    const bool in_text = place_ == Place::kHeader || place_ == Place::kText;
     const bool is_text = record.columns<1, 1>() != "/";
     if (is_header) check_header(line, header);
     // A header off column 1 is found all the same, but ends no text.
     if (is_header && (!is_text || !in_text)) {
-      part_ = Part::kHeader;
+      place_ = Place::kHeader;
       lines_ = related_ = 0;
     } else if (is_text) {
       check_text(line);
@@ -64,8 +64,8 @@ class HelpFile {
       check_link(line, record);
     } else if (record.columns<1, 2>() == "/#") {
       check_related(line, record);
-    } else if (part_ != Part::kOutside) {
-      part_ = Part::kEnd;
+    } else if (place_ != Place::kOutside) {
+      place_ = Place::kEnd;
     }
   }
 
@@ -88,13 +88,13 @@ class HelpFile {
 
   void check_text(int line) {
     const std::string_view text = file_.text(line);
-    if (part_ == Part::kRelated) part_ = Part::kEnd;
-    if (part_ == Part::kEnd && !text.empty()) {
+    if (place_ == Place::kRelated) place_ = Place::kEnd;
+    if (place_ == Place::kEnd && !text.empty()) {
       fault(line, "never shown: no entry goes on to here");
-      part_ = Part::kOutside;
+      place_ = Place::kOutside;
     }
-    if (part_ != Part::kHeader && part_ != Part::kText) return;
-    part_ = Part::kText;
+    if (place_ != Place::kHeader && place_ != Place::kText) return;
+    place_ = Place::kText;
     if (static_cast<int>(text.size()) > kWidest) {
       fault(line, "the text is longer than " + str(kWidest) +
                       " columns: it may not fit");
@@ -108,12 +108,12 @@ class HelpFile {
   void check_link(int line, const Record& record) {
     const std::string key(base::trimmed(record.columns<3, 132>()));
     targets_.emplace(line, key);
-    if (part_ == Part::kHeader) {
+    if (place_ == Place::kHeader) {
       links_.emplace(line, key);
-      part_ = Part::kEnd;
+      place_ = Place::kEnd;
     } else {
       fault(line, "never followed: a link must come first in its entry");
-      part_ = Part::kOutside;
+      place_ = Place::kOutside;
     }
   }
 
@@ -135,10 +135,10 @@ class HelpFile {
 
   void check_related(int line, const Record& record) {
     const auto [entry, name] = help::related_entry(record);
-    if (part_ == Part::kEnd || part_ == Part::kOutside) {
+    if (place_ == Place::kEnd || place_ == Place::kOutside) {
       fault(line, "never offered: no entry goes on to here");
     } else {
-      part_ = Part::kRelated;
+      place_ = Place::kRelated;
       if (++related_ == help::kMostRelated + 1) {
         fault(line, "more than " + str(help::kMostRelated) +
                         " related entries: showing them ends the run");
@@ -178,7 +178,7 @@ class HelpFile {
 
   const fs::path directory_;
   DataFile file_;
-  Part part_ = Part::kOutside;
+  Place place_ = Place::kOutside;
   int lines_ = 0;    // of the text, so far
   int related_ = 0;  // entries, so far
   // Headers: their lines by their keys.
