@@ -17,9 +17,8 @@ TEST(Data, IsWhatTheGeneratorWrites) {
   const tests::WorkingDirectory made;
   const std::string run = MAKEDATA " " + kData + "sources .";
   ASSERT_EQ(std::system(run.c_str()), 0);
-  for (const auto& file : {kList, kBlocks, kDensities}) {
+  for (const auto& file : {kList, kBlocks, kDensities})
     EXPECT_EQ(tests::content_of(kData + file), tests::content_of(file));
-  }
 }
 
 // Between published points stand only points marked "+"; corrected ones are
@@ -84,9 +83,8 @@ TEST(DataCheck, TellsFileLineAndReason) {
     tests::write(file, body.replace(at, text.ends_with('\n') ? 0 : cut, text));
     std::string told;
     for (const auto check : {data::check_data, data::check_help}) {
-      for (const auto& fault : check(".")) {
+      for (const auto& fault : check("."))
         told += fault.file + ":" + data::str(fault.line) + ": " + fault.reason;
-      }
     }
     EXPECT_TRUE(tests::has(told, reason)) << told;
   }

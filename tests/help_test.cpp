@@ -79,9 +79,8 @@ TEST_F(Browser, ShowsTextsPagesLinksAndHeaders) {
       {"/a\n/>b\n/b\n/>a\n", "",
        " the links of the entry /a lead in a circle\n"},
       {"/a\n/>b\n", "", "no entry found for /b in helpfile:\nh\n"}};
-  for (const auto& [content, keys, shown] : cases) {
+  for (const auto& [content, keys, shown] : cases)
     EXPECT_EQ(browse(content, keys), shown + kClosing);
-  }
   EXPECT_TRUE(has(browse(chain + "/>end\n/end\ntext\n", ""), "in a circle"));
   // A key with a star lists headers.
   EXPECT_EQ(browse("/ab\nx\n/#ac\n/>ad\n /ab/c\n/b\n", "\n", "/a*"),
@@ -129,9 +128,8 @@ TEST_F(Browser, OpensDetailsAndDocuments) {
   expect_related("details none", " file ./none for details not found\n\n");
   setenv("PATH", (std::string(".:") + std::getenv("PATH")).c_str(), 1);
   setenv("ZOXUHEPATH", "/h", 1);
-  for (const std::string name : {"x;touch${IFS}bad", "$(touch", "../x", ""}) {
+  for (const std::string name : {"x;touch${IFS}bad", "$(touch", "../x", ""})
     expect_related("more " + name, " the document name " + name + " has char");
-  }
   // The command has room for names of 55 characters.
   const std::string longest = "doc-1.b_2" + std::string(46, 'x');
   const std::string dvi = "/dvifiles/" + longest + "/" + longest + ".dvi";

@@ -82,15 +82,13 @@ TEST(Attenuation, ChoosesPointsAroundEdges) {
 }
 
 TEST(Attenuation, HoldsUpTo64PointsAndNoEnergyBeyond) {
-  for (const int count : {63, 64, 65}) {
+  for (const int count : {63, 64, 65})
     EXPECT_FLOAT_EQ(looked_up(61500, squares(count)), 3782.25F) << count;
-  }
   EXPECT_FLOAT_EQ(looked_up(61500, squares(64).substr(0, 64 * 26)), 3782.25F);
   EXPECT_THROW(looked_up(20500, squares(63).substr(0, 63 * 26)),
                base::EndOfFile);
-  for (const float keV : {1500.0F, 9500.0F, 10000.0F}) {
+  for (const float keV : {1500.0F, 9500.0F, 10000.0F})
     EXPECT_THROW(looked_up(keV, squares(10)), base::RangeError) << keV;
-  }
   const auto end = tests::fatal_end_of([] { looked_up(9500.5F, squares(10)); });
   EXPECT_EQ(end.advice(),
             "the photon energy 9500.5 keV is outside the usable table, which "

@@ -63,9 +63,8 @@ TEST(Edit, ReadsCoefficientFields) {
       {"12345e5    ", 12345}, {"1 . 5 e+ 3 ", 1500}, {"1.5-3      ", 1.5e-3},
       {"15d2       ", 0.015}, {"1.5q2      ", 150},  {"-.5        ", -0.5},
       {"+          ", 0},     {".E5        ", 0},    {"1E-999     ", 0}};
-  for (const auto& [field, value] : numbers) {
+  for (const auto& [field, value] : numbers)
     EXPECT_EQ(base::read_e(field, 5), value) << field;
-  }
   for (const char* field : {"1.5E       ", "1.5e+-3    ", "1..5       ",
                             "1,5        ", "0x10       ", "\t1.5       ", "--1",
                             "1.5E999    ", "1E9999999999", "NaN"}) {
@@ -121,9 +120,8 @@ TEST(Trlch, FindsEveryNumberInFreeText) {
       Line("--5 6", {-5, -6}), Line("5-3 7", {5, -3, -7}),
       // Digit by digit in single precision: one step above 7.874F.
       Line("7.874", {0x1.f7efa0p+2F})};
-  for (const auto& [text, numbers] : lines) {
+  for (const auto& [text, numbers] : lines)
     EXPECT_EQ(numbers_in(text), numbers) << text;
-  }
   EXPECT_EQ(numbers_in("12345", 3), std::vector<float>{123});
   EXPECT_EQ(numbers_in("12. 5", 3), std::vector<float>{});
   // There is room for 32 numbers and the exponent of the last.
@@ -182,9 +180,8 @@ TEST(Codes, AreWrittenFromColumnTwoAndReadFromAnywhere) {
     EXPECT_EQ(std::to_string(n), f[1]) << f[0];
     EXPECT_EQ(field, f[2]);
   }
-  for (Text<8> full : {"12345678", "       5", "       -"}) {
+  for (Text<8> full : {"12345678", "       5", "       -"})
     EXPECT_THROW(toolkit::c8toi(full, n), base::RangeError) << full.full();
-  }
 }
 
 TEST(Strings, AreMovedLoweredMeasuredAndTakenApart) {
