@@ -10,14 +10,13 @@ namespace {
 const std::string kData = DATA_DIR "/";
 const std::string kList = "elements.dat";
 const std::string kBlocks = "attenuation.coefficients";
-const std::string kDensities = "dichte.dat";
 const std::string kHelp = "attenuation.help";
 
 TEST(Data, IsWhatTheGeneratorWrites) {
   const tests::WorkingDirectory made;
   const std::string run = MAKEDATA " " + kData + "sources .";
   ASSERT_EQ(std::system(run.c_str()), 0);
-  for (const auto& file : {kList, kBlocks, kDensities})
+  for (const auto& file : {kList, kBlocks, std::string("dichte.dat")})
     EXPECT_EQ(tests::content_of(kData + file), tests::content_of(file));
 }
 
@@ -45,6 +44,8 @@ TEST(Data, HoldsEveryPublishedPointInItsPlace) {
 TEST(DataCheck, TellsFileLineAndReason) {
   EXPECT_TRUE(data::check_data(kData).empty());
   const std::string one = "   1.00000E-03  1.000E+00\n";
+  std::string many;
+  for (int i = 0; i < 33; ++i) many += "/#read/fas\n";
   // Text overwrites a line from a column on; with a line end it is put before;
   // no text leaves the line out.
   const std::tuple<std::string, int, int, std::string, const char*> cases[] = {
@@ -62,8 +63,8 @@ TEST(DataCheck, TellsFileLineAndReason) {
       {kBlocks, 9, 2, std::string(1, '\0'), ":9: no printable char"},
       {kBlocks, 10, 1, one, ":10: the same energy twice"},
       {kBlocks, 5792, 1, one, ":5856: Lead has more than 64 points"},
-      {kDensities, 3, 1, "", "elements.dat:1: no record of dichte.dat"},
-      {kDensities, 3, 38, "19.3", "across column 39"},
+      {"dichte.dat", 3, 1, "", "elements.dat:1: no record of dichte.dat"},
+      {"dichte.dat", 3, 38, "19.3", "across column 39"},
       {kHelp, 6, 1, "/read/fas\n", "stands in line 6 already"},
       {kHelp, 6, 1, "/more of it\n", ":6: a key must not begin with more"},
       {kHelp, 7, 1, "/>read/element\n", ":7: from here links lead in"},
@@ -71,6 +72,7 @@ TEST(DataCheck, TellsFileLineAndReason) {
       {kHelp, 25, 3, "x", ":25: leads to no entry: xreset foils"},
       {kHelp, 25, 1, "text\n", ":25: never shown"},
       {kHelp, 25, 1, "/#more a;b\n", ":25: the document name a;b"},
+      {kHelp, 25, 1, many, ":55: more than 32 related entries"},
       {kHelp, 7, 1, std::string(7, '\n'), ":29: the text has more"}};
   for (const auto& [file, line, column, text, reason] : cases) {
     const tests::WorkingDirectory own;

@@ -125,6 +125,7 @@ TEST_F(Browser, OpensDetailsAndDocuments) {
   std::filesystem::permissions("xdvi", std::filesystem::perms::owner_all);
   help::cmpa.zoxuhepath = ".";
   expect_related("details d.txt", "detail" + std::string(74, ' ') + "\n");
+  expect_related("details none", "[return]    \x1b[0m details     \n");
   expect_related("details none", " file ./none for details not found\n\n");
   setenv("PATH", (std::string(".:") + std::getenv("PATH")).c_str(), 1);
   setenv("ZOXUHEPATH", "/h", 1);

@@ -43,18 +43,18 @@ struct Prompt {
 
 TEST(Prompts, ValueIsKeptTypedQuitOrHelpedWith) {
   const std::string same = kAsked + kUp, typed = kAsked + erased(6);
-  using Case = std::tuple<const char*, float, const char*, std::string>;
-  const Case cases[] = {
+  const std::tuple<const char*, float, const char*, std::string> cases[] = {
       // Not one number: asked again, nothing erased.
-      Case("5e3\nkeV\n\n", 122, "Energy", same + same + same),
+      {"5e3\nkeV\n\n", 122, "Energy", same + same + same},
       // Too wide: stars and the start of the text are shown, the value counts.
-      Case("123456.25\r\n\r\n", 123456.25F, "Energy",
-           typed + "Energy=[***123]\n" + kUp),
-      Case("  Q\n", 122, "*", same), Case("*\n", 122, "*", same),
-      Case("HELP\n\n", 122, "Energy", same + kNoHelp + same),
+      {"123456.25\r\n\r\n", 123456.25F, "Energy",
+       typed + "Energy=[***123]\n" + kUp},
+      {"  Q\n", 122, "*", same},
+      {"*\n", 122, "*", same},
+      {"HELP\n\n", 122, "Energy", same + kNoHelp + same},
       // Behind the question the tail of the page's key stays.
-      Case("back\n\n", 122, "Energycript/alteration",
-           same + kNoHelp + " a script file has not been defined\n" + same)};
+      {"back\n\n", 122, "Energycript/alteration",
+       same + kNoHelp + " a script file has not been defined\n" + same}};
   for (const auto& [input, value, query, output] : cases) {
     Prompt prompt;
     EXPECT_EQ(prompt.ask('v', input), output) << input;
@@ -92,7 +92,8 @@ TEST(Prompts, ScriptIsRecordedAndReplayed) {
   EXPECT_EQ(Prompt('w').ask('v', "14.4\n\n"),
             "(b) " + kAsked + erased(6) + "(b) Energy=[14.40]\n" + kUp);
   // With the help of the question comes that of the script.
-  EXPECT_TRUE(has(Prompt('w').ask('t', "he\nCu\n\n"), kNoHelp + kNoHelp));
+  EXPECT_TRUE(has(Prompt('w').ask('t', "he\nCu\n\n"),
+                  kNoHelp + kNoHelp + "(b) Energy [Fe]\n"));
   EXPECT_EQ(Prompt('w').ask('y', "n\n\n"),
             "Energy [y]\n" + erased(6) + "Energy [n]\n" + kUp);
   Prompt('w').ask('v', "back\n");  // leaves the question

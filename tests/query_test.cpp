@@ -104,6 +104,7 @@ TEST(Query, FlowsOverTheWidthWithWideEntriesOnTwoLines) {
                                          blanks(6) + "\n"));
   alone.header = "density of the modifications";
   EXPECT_TRUE(has(alone.query("\n", 12), kNormal + "density of t (help:he)\n"));
+  EXPECT_EQ(scrd.queryar(2), wide.substr(0, 12));
 }
 
 TEST(Query, TheSixtyFourthEntryIsChosenUnseen) {

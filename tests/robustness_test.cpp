@@ -96,16 +96,20 @@ TEST(Channels, ClosedOrFullEndTheRunWithAMessage) {
     screen.type("\x04");
     EXPECT_EQ(screen.wait(), 2) << rest << screen.raw();
   }
+  Screen screen({24, 80}, {.rest = "</dev/null"});
+  EXPECT_EQ(screen.wait(), 2);
+  EXPECT_TRUE(has(screen.raw(), "\x1b[0m\r\nAt help/")) << "a fresh line";
 }
 
 // Readline's movement to the end of a word went on for ever.
 TEST(LineEditor, DoesNotHangOnBytesThatAreNoCharacter) {
   const tests::WorkingDirectory files;
   tests::write("inputrc", "set editing-mode vi\n");
-  const std::string vi = std::filesystem::absolute("inputrc");
   const std::string typed = "\xf4" + std::string(8, '\x8d') + "\x1b" + "0e";
-  const auto run = run_piped("10 c\n\n" + typed + "\n\n",
-                             {.environment = {"INPUTRC=" + vi}});
+  const auto run = run_piped(
+      "10 c\n\n" + typed + "\n\n",
+      {.environment = {"INPUTRC=" +
+                       std::filesystem::absolute("inputrc").string()}});
   EXPECT_EQ(run.status, 2) << run.out;
   EXPECT_TRUE(has(run.err, "end of input"));
 }

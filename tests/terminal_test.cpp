@@ -1,6 +1,8 @@
 #include <pty.h>
 #include <unistd.h>
 
+#include <tuple>
+
 #include "terminal/key.h"
 #include "terminal/window.h"
 #include "tests/support.h"
@@ -10,13 +12,12 @@ namespace {
 using terminal::term;
 
 TEST(Window, IsMeasuredOrAssumed) {
-  const auto number = [](const auto& text) { return std::stoi(text); };
-  // Rows and columns; what they count as; columns that prompts use.
-  for (const auto& f : tests::table("50,200,50,200,130|12,40,12,40,40|"
-                                    "30,0,24,80,80")) {
-    winsize size{};
-    size.ws_row = static_cast<unsigned short>(number(f[0]));
-    size.ws_col = static_cast<unsigned short>(number(f[1]));
+  // Rows and columns count as these, and prompts use so many columns.
+  const std::tuple<winsize, int, int, int> cases[] = {
+      {{50, 200, 0, 0}, 50, 200, 130},
+      {{12, 40, 0, 0}, 12, 40, 40},
+      {{30, 0, 0, 0}, 24, 80, 80}};
+  for (const auto& [size, rows, columns, line] : cases) {
     int master = -1, slave = -1;
     ASSERT_EQ(openpty(&master, &slave, nullptr, nullptr, &size), 0);
     term.winfile = ttyname(slave);  // names further windows
@@ -26,10 +27,10 @@ TEST(Window, IsMeasuredOrAssumed) {
     });
     for (const int fd : {master, slave}) close(fd);
     for (const int i : {1, 2}) {
-      EXPECT_EQ(term.nrows(i), number(f[2])) << i;
-      EXPECT_EQ(term.ncol(i), number(f[3])) << i;
+      EXPECT_EQ(term.nrows(i), rows) << i;
+      EXPECT_EQ(term.ncol(i), columns) << i;
     }
-    EXPECT_EQ(term.npl, number(f[4]));
+    EXPECT_EQ(term.npl, line);
   }
   term.npl = 111;
   term.winfile = "/dev/none";
