@@ -32,12 +32,11 @@ Formula preset(const Sample& sample, const Symbols& es) {
   Formula formula;
   for (const Atoms& atoms : sample.atoms) {
     if (atoms.count == 0) break;
-    // Meant: what the list has there is taken, as it is for every atomic
-    // number.
+    // Meant: whatever the list has there is taken.
     if (es(atoms.index) != atoms.symbol) {
       base::note(
-          "elements.dat:" + std::to_string(atoms.index) + ": the sample " +
-          "takes " + std::string(es(atoms.index).trimmed()) +
+          "elements.dat:" + std::to_string(atoms.index) +
+          ": the sample takes " + std::string(es(atoms.index).trimmed()) +
           ", which stands in this line, for " + std::string(atoms.symbol));
     }
     formula.indx(++formula.j) = atoms.index;

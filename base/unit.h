@@ -8,9 +8,9 @@
 //   2   density file, details files          6   standard output
 //   3   help file                            10  script of the prompts
 //
-// Standard input is read one
-// byte at a time, so that single keys, Readline and whatever is started from
-// the program find every byte that the dialogue did not ask for.
+// Standard input is read one byte at a time, so that single keys, Readline and
+// whatever is started from the program find every byte that the dialogue did
+// not ask for.
 
 #ifndef BASE_UNIT_H_
 #define BASE_UNIT_H_
