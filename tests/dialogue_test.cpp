@@ -98,6 +98,7 @@ TEST(Dialogue, KeysTypedAheadAndPipedReachWhoeverAsks) {
     EXPECT_TRUE(has(piped.out, line));
     EXPECT_TRUE(has(screen.raw(), line));
   }
+  EXPECT_TRUE(has(piped.out, std::string(80, ' ') + "\n")) << "erases a line";
   EXPECT_EQ(run_piped(keys, {.environment = {"LC_ALL=de_DE.UTF-8"}}).out,
             piped.out);
 }
