@@ -163,10 +163,9 @@ int byte(std::string_view input, std::size_t i) {
 // name is where the fuzzer was started, and findings go there.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
   namespace fs = std::filesystem;
-  static tests::Words words(*argv, *argv + *argc);
-  words.insert(++words.begin(),
-               "-artifact_prefix=" + fs::current_path().string() + "/");
-  static std::vector<char*> pointers;
+  static tests::Words words(*argv + 1, *argv + *argc);
+  words.push_back("-artifact_prefix=" + fs::current_path().string() + "/");
+  static std::vector<char*> pointers{*argv, *argv + 1};
   for (std::string& word : words) {
     if (fs::exists(word)) word = fs::absolute(word);
     pointers.push_back(word.data());
