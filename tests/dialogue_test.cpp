@@ -88,8 +88,8 @@ TEST(Dialogue, KeysTypedAheadAndPipedReachWhoeverAsks) {
   EXPECT_EQ(piped.status, 0) << piped.out << piped.err;
   // Behind the symbol RET comes as the line editor left the terminal.
   Screen screen;
-  ASSERT_TRUE(screen.walk("[1 Nickel foil]>5 ES,?symbol,!Fe\r\r" +
-                          keys.substr(keys.find("59.54"))));
+  ASSERT_TRUE(screen.walk("[1 Nickel foil]>5 ES,?symbol,!Fe\r\r59.54\r" +
+                          keys.substr(keys.find("59.54") + 6)));
   EXPECT_EQ(screen.wait(), 0) << screen.raw();
   // In Python: 1.2283 cm2/g at 59.54 keV.
   for (const char* line :

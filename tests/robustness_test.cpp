@@ -39,6 +39,7 @@ TEST(Signals, EndTheRunWithTheTerminalAsItWas) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
       Screen screen;
       EXPECT_TRUE(screen.walk(steps));
+      EXPECT_EQ(screen.restored(), steps == kWaits[1]) << "for lines only";
       screen.signal(signal);
       EXPECT_EQ(screen.wait(), 128 + signal) << steps;
       EXPECT_TRUE(screen.restored()) << signal << steps;
