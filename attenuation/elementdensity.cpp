@@ -76,6 +76,10 @@ float elementdensity(int nz) {
   const auto as_read = scrd.queryar;
 
   Text<80> chdf = scrd.queryar(1).columns<1, 10>();
+  if (chdf.blank() && lq > 1) {
+    base::note("dichte.dat: the first record of element " + std::to_string(nz) +
+               " has no text in columns 9-18, so its last one is taken");
+  }
   chdf.at(80, "chdf") = '#';
   // Meant: only the first two lines have the help of modifications.
   scrd.helpar(1) = scrd.helpar(2) = "read/modification";

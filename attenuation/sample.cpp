@@ -45,6 +45,19 @@ Formula preset(const Sample& sample, const Symbols& es) {
   return formula;
 }
 
+// Tells of elements that count for nothing, or for less.
+void note_weights(const Formula& formula, const ElementList& elements) {
+  for (int i = 1; i <= formula.j; ++i) {
+    const int index = formula.indx(i);
+    const float weight = elements.emolweight(index);
+    if (weight > 0.0F && std::isfinite(weight)) continue;
+    base::note("elements.dat:" + std::to_string(index) +
+               ": no molar weight for " +
+               std::string(elements.es(index).trimmed()) +
+               ", so the coefficient is wrong");
+  }
+}
+
 float coefficient_at(float default_energy, const Formula& formula,
                      const ElementList& elements) {
   float value = default_energy;
@@ -91,6 +104,7 @@ SampleInBeam set_up_compound(const Formula& formula, float density,
   constexpr int kWidth = 6;
   SampleInBeam in_beam;
   in_beam.density = density;
+  note_weights(formula, elements);
   in_beam.atc = coefficient_at(sample.energy, formula, elements);
   report_coefficient(in_beam.atc, in_beam.density, kWidth);
   return in_beam;
@@ -115,6 +129,7 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
   }
   SampleInBeam in_beam;
   in_beam.source = Source::kTwoLines;
+  note_weights(formula, elements);
   in_beam.density = density;
   in_beam.atc1 = coefficient_at(sample.energy, formula, elements);
   in_beam.atc2 = coefficient_at(kUpperLine, formula, elements);
@@ -187,7 +202,9 @@ void thickness_loop(const SampleInBeam& sample) {
   auto unit = ThicknessUnit::kArealMass;
   do {
     if (sample.density > 0.0F) unit = asked_unit(unit);
-    report(sample, asked_thickness(unit, sample.density));
+    const float thick = asked_thickness(unit, sample.density);
+    if (thick < 0.0F) base::note("no sample has a negative areal mass");
+    report(sample, thick);
   } while (ask_yes("new value for the thickness", "read/repeat"));
 }
 

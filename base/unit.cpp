@@ -196,11 +196,15 @@ void Unit::skip_to(int column, std::string_view text) {
 std::optional<std::string_view> Unit::next_typed_line() {
   if (buffer_.empty()) buffer_.resize(kLongestLine);
   std::size_t length = 0;
-  for (;;) {
+  for (int read = 1;; ++read) {
     const int byte = read_byte();
     if (byte < 0 && length == 0) return std::nullopt;
     if (byte < 0 || byte == '\n') break;
     if (length < buffer_.size()) buffer_[length++] = static_cast<char>(byte);
+    if (read == kEndlessLine) {
+      fatal("Endless line on standard input",
+            "the input is no text: give it lines of answers");
+    }
   }
   std::string_view line(buffer_.data(), length);
   if (line.ends_with('\r')) line.remove_suffix(1);

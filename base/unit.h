@@ -32,6 +32,8 @@ inline constexpr int kScriptUnit = 10;
 
 // Bytes that are kept of a longer line; no field of the program is wider.
 inline constexpr int kLongestLine = 4096;
+// What comes from standard input without a line end for so long is no answer.
+inline constexpr int kEndlessLine = 1 << 20;
 
 class Unit {
  public:

@@ -16,8 +16,10 @@ void viewdvi(const char* command) {
     return;
   }
   terminal.write(" " + line);
-  // The shell expands $ZOXUHEPATH and puts the viewer into the background.
-  if (std::system(line.c_str()) == -1) {  // NOLINT(cert-env33-c)
+  // The shell expands $ZOXUHEPATH, blanks in it included, and puts the viewer
+  // into the background.
+  const std::string in_shell = "IFS=; set -f; " + line;
+  if (std::system(in_shell.c_str()) == -1) {  // NOLINT(cert-env33-c)
     terminal.write(" the document viewer could not be started");
   }
 }

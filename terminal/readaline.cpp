@@ -4,21 +4,28 @@
 // Readline's headers need <cstdio> before them.
 #include <readline/history.h>
 #include <readline/readline.h>
+#include <termios.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "base/fatal.h"
 #include "base/unit.h"
+#include "terminal/signals.h"
 
 namespace terminal {
 namespace {
 
 int ignore_key(int /*count*/, int /*key*/) { return 0; }
+
+int bytes_of_line = 0;
 
 // Bytes typed, of which the first `whole` are known to be a character or part
 // of one.
@@ -40,7 +47,7 @@ int next_byte(std::FILE* in) {
     constexpr auto kNone = static_cast<std::size_t>(-1);
     if (typed.bytes.empty() || length == kUnfinished) {
       const int byte = rl_getc(in);
-      if (byte == EOF) return EOF;
+      if (byte == EOF || ++bytes_of_line > base::kEndlessLine) return EOF;
       typed.bytes += static_cast<char>(byte);
     } else {
       if (length == kNone) typed.bytes.front() = '?';
@@ -55,26 +62,77 @@ int next_byte(std::FILE* in) {
 
 // Readline writes nothing to the terminal but the line itself, and a formula
 // is not completed with names of files. Escape and RET, which is easily typed,
-// must not change the keys' meaning to those of another editor.
+// must not change the keys' meaning to those of another editor, nor a pasted
+// mark swallow what follows.
 int configure() {
+  // Readline would wait for a FIFO, and allocate for any number of columns.
+  const char* const settings = std::getenv("INPUTRC");
+  std::error_code error;
+  if (settings != nullptr && *settings != '\0' &&
+      !std::filesystem::is_regular_file(settings, error)) {
+    setenv("INPUTRC", "/dev/null", 1);
+  }
+  unsetenv("COLUMNS");
+  unsetenv("LINES");
   rl_initialize();
+  rl_catch_sigwinch = 0;
   rl_variable_bind("enable-bracketed-paste", "off");
   rl_variable_bind("enable-meta-key", "off");
   rl_variable_bind("disable-completion", "on");
   rl_attempted_completion_over = 1;
   rl_bind_key('\t', ignore_key);
+  for (Keymap keys :
+       {emacs_standard_keymap, vi_insertion_keymap, vi_movement_keymap}) {
+    for (const char* mark : {"\\e[200~", "\\e[201~"}) {
+      rl_bind_keyseq_in_map(mark, ignore_key, keys);
+    }
+  }
   rl_unbind_function_in_map(rl_vi_editing_mode, emacs_meta_keymap);
   rl_getc_function = next_byte;
   return 0;
 }
 
+// On two or three columns some of Readline's commands divide by zero.
+void measure() {
+  constexpr int kFewestColumns = 10;
+  constexpr int kMostColumns = 1000;
+  int rows = 0;
+  int columns = 0;
+  rl_reset_screen_size();
+  rl_get_screen_size(&rows, &columns);
+  rl_set_screen_size(rows, std::clamp(columns, kFewestColumns, kMostColumns));
+}
+
+// Readline's own settings of the terminal, but for the signals that it does
+// not catch itself.
+class GuardedTerminal {
+ public:
+  GuardedTerminal() : guarded_(tcgetattr(STDIN_FILENO, &settings_) == 0) {
+    if (guarded_) catch_signals(settings_, nullptr);
+  }
+  ~GuardedTerminal() {
+    if (guarded_) release_signals();
+  }
+  GuardedTerminal(const GuardedTerminal&) = delete;
+  GuardedTerminal& operator=(const GuardedTerminal&) = delete;
+
+ private:
+  termios settings_{};
+  bool guarded_;
+};
+
 }  // namespace
 
 int readaline(base::Array<int, 132>& k, const char* prompt) {
   [[maybe_unused]] static const int configured = configure();
-  const std::unique_ptr<char, decltype(&std::free)> line(readline(prompt),
-                                                         &std::free);
-  static_cast<void>(std::fflush(stdout));
+  measure();
+  bytes_of_line = 0;
+  std::unique_ptr<char, decltype(&std::free)> line(nullptr, &std::free);
+  {
+    const GuardedTerminal guarded;
+    line.reset(readline(prompt));
+    static_cast<void>(std::fflush(stdout));
+  }
   if (line == nullptr) base::unit(base::kTerminalInput).end_of_file();
   const int length = static_cast<int>(std::min<std::size_t>(
       std::strlen(line.get()), base::Array<int, 132>::kUpper));

@@ -124,9 +124,15 @@ TEST(Dialogue, FatalEndsTellWhatToDo) {
 
 // On standard error: what standard output shows is laid down.
 TEST(Dialogue, NotesNumbersThatAreOfAnotherSample) {
-  const auto trap = run_piped(tests::typed("10 c//Fe_12/////n//"));
-  EXPECT_EQ(trap.status, 0);
-  EXPECT_EQ(trap.err, "Note: the formula Fe_12 is read as Fe_122\n");
+  const std::pair<const char*, const char*> cases[] = {
+      {"10 c//Fe_12/////n//", "the formula Fe_12 is read as Fe_122"},
+      {"6 m////1.e39//n//", "no number can be read in ***************: it"},
+      {"6 m////-5//n//", "no sample has a negative areal mass"}};
+  for (const auto& [keys, told] : cases) {
+    const auto run = run_piped(tests::typed(keys));
+    EXPECT_EQ(run.status, 0) << keys << run.err;
+    EXPECT_TRUE(run.err.starts_with(std::string("Note: ") + told)) << run.err;
+  }
   const tests::WorkingDirectory other_order;
   std::filesystem::copy(DATA_DIR, ".");
   tests::write("elements.dat", "\n" + tests::content_of("elements.dat"));

@@ -74,7 +74,8 @@ TEST(Prompts, TextAndYesOrNoAreKeptOrTypedAndConfirmed) {
   for (const auto& f : tests::table(
            "t,  Cu//,Cu|t,    Cu/,Fe|t,Quartz//,Quartz|t,quartz/,*|t,*/,*|"
            "t,help//,help|t,HE//,Fe|t,back//,Fe|t,\x10O//,FeO|t,a\tb//,ab|"
-           "t,C\x1b/u//,Cu|y,no//,n|y,x//,y|y,n/ Yes//,y|y,Quit/,*|"
+           "t,C\x1b/u//,Cu|t,\x1b[200~Cu//,Cu|t,\x16\x1b(//,\x1b(|y,no//,n|y,x/"
+           "/,y|y,n/ Yes//,y|y,Quit/,*|"
            "y,help//,y|t," +
            longest + "//," + longest)) {
     Prompt prompt;

@@ -36,7 +36,7 @@ const char* const kWaits[] = {"?[1 Nickel", "[1 Nickel,?Photon energy",
 
 TEST(Signals, EndTheRunWithTheTerminalAsItWas) {
   for (const char* steps : kWaits) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1}) {
       Screen screen;
       EXPECT_TRUE(screen.walk(steps));
       EXPECT_EQ(screen.restored(), steps == kWaits[1]) << "for lines only";
@@ -113,6 +113,21 @@ TEST(LineEditor, DoesNotHangOnBytesThatAreNoCharacter) {
                        std::filesystem::absolute("inputrc").string()}});
   EXPECT_EQ(run.status, 2) << run.out;
   EXPECT_TRUE(has(run.err, "end of input"));
+}
+
+// Some of Readline's commands divided by the columns that there were left.
+TEST(LineEditor, DoesNotDivideByZeroOnTwoColumns) {
+  Screen screen({24, 2}, {.environment = {"TERM=dumb"}});
+  EXPECT_TRUE(
+      screen.walk("!5\r\r,?>,!\x12"
+                  "C,?,!\r\r,?,!*\r\r,?,!\x04\x04"));
+  EXPECT_EQ(screen.wait(), 2) << screen.raw();
+  EXPECT_TRUE(screen.restored());
+}
+
+TEST(Input, WithoutEndIsRefused) {
+  const auto zeros = run_piped(std::string(2 << 20, '\0'));
+  EXPECT_TRUE(has(zeros.err, "Endless line on standard input"));
 }
 
 // What a session on the files here shows; nothing where it ends fatally.

@@ -436,6 +436,9 @@ void check_modification(DataFile& file, int line, int number, int before,
   } else if (++count == kMostModifications + 1) {
     file.fault(line, "more than 64 records of element " + str(number));
   }
+  if (fresh && base::trimmed(file.record(line).columns<9, 18>()).empty()) {
+    file.fault(line, "no text in columns 9-18: the menu would not ask");
+  }
   check_density(file, line);
 }
 

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "base/edit.h"
+#include "base/harmless.h"
 
 namespace {
 
@@ -369,7 +370,7 @@ int main(int argc, char* argv[]) {
   try {
     make_data(argv[1], argv[2]);
   } catch (const std::exception& problem) {
-    std::cerr << problem.what() << '\n';
+    std::cerr << base::harmless(problem.what()) << '\n';
     return 1;
   }
   return 0;

@@ -5,6 +5,7 @@
 
 #include "base/array.h"
 #include "base/fatal.h"
+#include "base/harmless.h"
 #include "base/unit.h"
 #include "terminal/readaline.h"
 #include "toolkit/prompts/prompt.h"
@@ -75,7 +76,8 @@ void askstring(Text<132>& querytype, Text<132>& chstr, Text<132>& chcom,
   for (;;) {
     prompt = std::string(querytype.columns(1, ld, "querytype")) + " [" +
              kept(chstore, ls) + "]";
-    out.write((mode == Mode::kRecord ? "(b) " : "") + prompt);
+    // Ctrl-V types characters that would steer the terminal.
+    out.write(base::harmless((mode == Mode::kRecord ? "(b) " : "") + prompt));
     terminal::addhist(kept(chstore, ls).c_str());
     Text<132> answer = edited_line();
     const Text<4> ch4 = answer.columns<1, 4>();

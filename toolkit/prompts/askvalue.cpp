@@ -23,7 +23,12 @@ class ShownValue {
   void format(Text<7>& form, float value) {
     Text<24> chr;
     int width = 0;
-    trlnu(form, value, chr, width, chl_, im_);
+    try {
+      trlnu(form, value, chr, width, chl_, im_);
+    } catch (base::RangeError& error) {
+      error.advise("the number has too many digits for the question");
+      throw;
+    }
   }
   std::string_view shown() const { return chl_.columns(1, im_, "chl"); }
   const Text<24>& text() const { return chl_; }
@@ -103,7 +108,11 @@ void askvalue(Text<132>& querytype, Text<7>& form, float& value,
     if (answer.blank()) {
       if (mode == Mode::kRecord) base::unit(base::kScriptUnit).write(prompt);
       // All of what is shown counts, also where the line is narrower.
-      numbers_in(default_value.text(), std::max(ncol, 24), value);
+      if (numbers_in(default_value.text(), std::max(ncol, 24), value) == 0) {
+        base::note("no number can be read in " +
+                   std::string(default_value.text().trimmed()) +
+                   ": it counts as 0");
+      }
       return;
     }
     const char first = answer.columns<1, 1>().front();
