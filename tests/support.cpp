@@ -50,8 +50,10 @@ std::string typed(std::string keys) {
 }
 
 std::string content_of(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
+  // Ends quietly with the process that a file in /proc belongs to.
+  std::ostringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
 }
 
 WorkingDirectory::WorkingDirectory()
