@@ -103,8 +103,8 @@ void measure() {
   rl_set_screen_size(rows, std::clamp(columns, kFewestColumns, kMostColumns));
 }
 
-// Readline's own settings of the terminal, but for the signals that it does
-// not catch itself.
+// Readline gives the terminal back on the signals that it catches; this does so
+// on the others that end the program.
 class GuardedTerminal {
  public:
   GuardedTerminal() : guarded_(tcgetattr(STDIN_FILENO, &settings_) == 0) {
