@@ -25,7 +25,7 @@ namespace {
 
 int ignore_key(int /*count*/, int /*key*/) { return 0; }
 
-int bytes_of_line = 0;
+int bytes_of_line = 0;  // read since the prompt
 
 // Bytes typed, of which the first `whole` are known to be a character or part
 // of one.
@@ -75,6 +75,7 @@ int configure() {
   unsetenv("COLUMNS");
   unsetenv("LINES");
   rl_initialize();
+  // The width that measure() allows stays, however the window changes.
   rl_catch_sigwinch = 0;
   rl_variable_bind("enable-bracketed-paste", "off");
   rl_variable_bind("enable-meta-key", "off");
