@@ -1,10 +1,10 @@
 #include "attenuation/ask.h"
 
 #include "base/unit.h"
+#include "prompts/askstring.h"
+#include "prompts/askvalue.h"
+#include "prompts/yesno.h"
 #include "terminal/window.h"
-#include "toolkit/prompts/askstring.h"
-#include "toolkit/prompts/askvalue.h"
-#include "toolkit/prompts/yesno.h"
 
 namespace attenuation {
 

@@ -3,7 +3,7 @@
 #include "attenuation/coefficientfile.h"
 #include "base/text.h"
 #include "base/unit.h"
-#include "toolkit/prompts/askvalue.h"
+#include "prompts/askvalue.h"
 
 namespace attenuation {
 

@@ -6,7 +6,7 @@
 #include "base/text.h"
 #include "base/unit.h"
 #include "help/help.h"
-#include "help/query.h"
+#include "menu/query.h"
 #include "terminal/window.h"
 
 namespace attenuation {
@@ -44,15 +44,15 @@ const Sample& asked_sample() {
     int lq = 0;
     for (const Sample& sample : kCatalogue) {
       ++lq;
-      help::scrd.queryar(lq) = sample.text;
-      help::scrd.helpar(lq) = sample.help_key;
-      help::scrd.ext(lq) = "";
+      menu::scrd.queryar(lq) = sample.text;
+      menu::scrd.helpar(lq) = sample.help_key;
+      menu::scrd.ext(lq) = "";
     }
     int lk = lq;
     Text<132> title = "select";
     Text<80> ch80 = "Nickel";
     ch80.at(80, "ch80") = '#';
-    help::query(lq, lk, title, ch80);
+    menu::query(lq, lk, title, ch80);
     if (lq > 0) return kCatalogue[static_cast<std::size_t>(lq - 1)];
   }
 }
@@ -65,6 +65,7 @@ void dialogue() {
   ElementList elements;
   read_element_list(elements);
   help::localpath.localhepath = "/attenuation.help";
+  menu::show_help = help::help;
 
   const Sample& sample = asked_sample();
   const SampleInBeam in_beam = set_up(sample, elements);

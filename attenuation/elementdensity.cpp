@@ -7,16 +7,16 @@
 #include "base/harmless.h"
 #include "base/text.h"
 #include "base/unit.h"
-#include "help/query.h"
+#include "menu/query.h"
 #include "terminal/window.h"
-#include "toolkit/text/itoc8.h"
-#include "toolkit/text/trlch.h"
+#include "text/itoc8.h"
+#include "text/trlch.h"
 
 namespace attenuation {
 namespace {
 
 using base::Text;
-using help::scrd;
+using menu::scrd;
 
 // The next record of the density file and its element code.
 int read_record(base::Unit& file, Text<80>& ch80) {
@@ -84,7 +84,7 @@ float elementdensity(int nz) {
   // Meant: only the first two lines have the help of modifications.
   scrd.helpar(1) = scrd.helpar(2) = "read/modification";
   Text<132> title = "density of the modifications";
-  help::query(lq, lk, title, chdf);
+  menu::query(lq, lk, title, chdf);
 
   try {
     const float density = density_in(scrd.queryar(lq));

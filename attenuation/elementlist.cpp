@@ -2,7 +2,7 @@
 
 #include "base/fatal.h"
 #include "base/unit.h"
-#include "toolkit/text/trlch.h"
+#include "text/trlch.h"
 
 namespace attenuation {
 

@@ -12,14 +12,14 @@
 #include "base/fatal.h"
 #include "base/text.h"
 #include "base/unit.h"
-#include "help/query.h"
-#include "toolkit/text/itoc8.h"
+#include "menu/query.h"
+#include "text/itoc8.h"
 
 namespace attenuation {
 namespace {
 
 using base::Text;
-using help::scrd;
+using menu::scrd;
 
 // A composition as contentformula gives it.
 struct Formula {
@@ -153,7 +153,7 @@ ThicknessUnit asked_unit(ThicknessUnit last_choice) {
   int lq = 2;
   int lk = 2;
   Text<132> title = "thickness of the sample";
-  help::query(lq, lk, title, ch80);
+  menu::query(lq, lk, title, ch80);
   return static_cast<ThicknessUnit>(lq);
 }
 

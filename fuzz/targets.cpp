@@ -15,9 +15,9 @@
 #include "help/helproutine.h"
 #include "terminal/window.h"
 #include "tests/support.h"
-#include "toolkit/text/itoc8.h"
-#include "toolkit/text/trlch.h"
-#include "toolkit/text/trlnu.h"
+#include "text/itoc8.h"
+#include "text/trlch.h"
+#include "text/trlnu.h"
 
 // Readline drops what it holds when input ends in an incremental search.
 extern "C" const char* __lsan_default_suppressions() {

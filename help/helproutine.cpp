@@ -11,18 +11,19 @@
 #include "base/harmless.h"
 #include "base/unit.h"
 #include "help/help.h"
-#include "help/query.h"
 #include "help/viewdvi.h"
+#include "menu/query.h"
 #include "terminal/ansi.h"
 #include "terminal/window.h"
-#include "toolkit/text/nextchar.h"
-#include "toolkit/text/stringlength.h"
+#include "text/nextchar.h"
+#include "text/stringlength.h"
 
 namespace help {
 namespace {
 
 using base::Text;
 using Record = Text<132>;
+using menu::scrd;
 using terminal::kNormal;
 
 constexpr int kLevels = 4;
@@ -249,7 +250,7 @@ class Browser {
     Text<132> cheader = "further related information";
     Text<80> chdf = "return";
     chdf.at(80, "chdf") = '#';
-    query(lq, lk, cheader, chdf);
+    menu::query(lq, lk, cheader, chdf);
     return std::max(lq - 1, 0);
   }
 

@@ -6,7 +6,7 @@
 #include "attenuation/catalogue.h"
 #include "data/tools/helpcheck.h"
 #include "help/helproutine.h"
-#include "help/query.h"
+#include "menu/query.h"
 #include "tests/screen.h"
 
 namespace {
@@ -91,14 +91,14 @@ TEST_F(Browser, WalksDownFourLevelsAndBackAndKeepsTheMenuThatAsked) {
   const std::string deep =
       "/a\ntext a\n/#b\n/#leaf\n/b\nx\n/#c\n/#leaf\n/c\nx\n/#d\n/#leaf\n"
       "/d\nx\n/#e\n/#leaf\n/e\nx\n/#f\n/#leaf\n/f\nx\n/leaf\nthe leaf\n";
-  help::scrd.queryar(2) = "entry";
+  menu::scrd.queryar(2) = "entry";
   // An entry without related entries shows the menu again; going back shows
   // the menu above, not its text.
   const std::string written = browse(deep, "\nb\n\n\nleaf\n\n\n\n\n");
   EXPECT_TRUE(has(written, "the leaf"));
   EXPECT_EQ(written.find("text a"), written.rfind("text a"));
   EXPECT_TRUE(written.ends_with(kClosing));
-  EXPECT_EQ(help::scrd.queryar(2), "entry");
+  EXPECT_EQ(menu::scrd.queryar(2), "entry");
   // A fifth level is refused.
   EXPECT_TRUE(has(browse(deep, kDown + kDown + kDown + kDown + "\n"),
                   " there was no way back to the preceeding level\n"));

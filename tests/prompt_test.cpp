@@ -2,10 +2,10 @@
 
 #include "base/unit.h"
 #include "help/infopath.h"
+#include "prompts/askstring.h"
+#include "prompts/askvalue.h"
+#include "prompts/yesno.h"
 #include "tests/support.h"
-#include "toolkit/prompts/askstring.h"
-#include "toolkit/prompts/askvalue.h"
-#include "toolkit/prompts/yesno.h"
 
 namespace {
 

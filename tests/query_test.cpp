@@ -1,4 +1,4 @@
-#include "help/query.h"
+#include "menu/query.h"
 
 #include "base/unit.h"
 #include "terminal/window.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-using help::scrd;
+using menu::scrd;
 using tests::has;
 
 const std::string kNormal = "\x1b[0m", kRed = "\x1b[31m";
@@ -30,7 +30,7 @@ struct Menu {
   std::string query(const std::string& keys, int width = 30, char kind = ' ') {
     terminal::term.npl = terminal::term.ncol(1) = width;
     def.at(80, "def") = kind;
-    return tests::output_of(keys, [this] { help::query(lq, lk, header, def); });
+    return tests::output_of(keys, [this] { menu::query(lq, lk, header, def); });
   }
 
   int lq, lk = -1;

@@ -10,12 +10,12 @@
 #include "base/harmless.h"
 #include "base/unit.h"
 #include "tests/support.h"
-#include "toolkit/text/itoc8.h"
-#include "toolkit/text/nextchar.h"
-#include "toolkit/text/stringend.h"
-#include "toolkit/text/stringlength.h"
-#include "toolkit/text/trlch.h"
-#include "toolkit/text/trlnu.h"
+#include "text/itoc8.h"
+#include "text/nextchar.h"
+#include "text/stringend.h"
+#include "text/stringlength.h"
+#include "text/trlch.h"
+#include "text/trlnu.h"
 
 namespace {
 

@@ -13,8 +13,8 @@
 #include "base/edit.h"
 #include "base/fatal.h"
 #include "base/text.h"
-#include "toolkit/text/itoc8.h"
-#include "toolkit/text/trlch.h"
+#include "text/itoc8.h"
+#include "text/trlch.h"
 
 namespace data {
 namespace {

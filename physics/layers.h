@@ -1,0 +1,59 @@
+// Beam and layers: what passes, and how thick a layer must be.
+
+#ifndef PHYSICS_LAYERS_H_
+#define PHYSICS_LAYERS_H_
+
+#include <cstddef>
+#include <span>
+
+#include "physics/data.h"
+#include "physics/material.h"
+#include "physics/quantities.h"
+
+namespace physics {
+
+struct Layer {
+  Material material;
+  AreaMass d;
+};
+
+// A line of the beam. Weights count relative to each other.
+struct Line {
+  Energy energy;
+  double weight = 1.0;
+};
+
+// How lines are summed up.
+enum class Weighting {
+  kPhotons,  // each line by its weight
+  kEnergy,   // each line by weight times energy
+};
+
+// The exponent: the sum of mu/rho times areal mass over the layers.
+// Throws OutsideTable.
+double mu_x(std::span<const Layer> layers, Energy energy,
+            Rule rule = Rule::kPchip, const Data& data = builtin());
+
+// exp(-mu_x): narrow beam, no build-up.
+double transmission(std::span<const Layer> layers, Energy energy,
+                    Rule rule = Rule::kPchip, const Data& data = builtin());
+
+// Transmission of a beam of several lines, weighted. Throws OutsideTable.
+double transmission(std::span<const Layer> layers, std::span<const Line> lines,
+                    Weighting weighting = Weighting::kPhotons,
+                    Rule rule = Rule::kPchip, const Data& data = builtin());
+
+// The areal mass of layer `unknown` (0 to layers.size() - 1, whose own is not
+// read) with which the whole transmits `wanted` of the lines. One line has a
+// closed answer; for several a bracketed root search runs until neighbouring
+// doubles, so that it cannot stop early.
+// Throws InputError: `wanted` is not above 0 and at most 1, or the other layers
+// alone transmit less; OutsideTable.
+AreaMass thickness_for(std::span<const Layer> layers, std::size_t unknown,
+                       double wanted, std::span<const Line> lines,
+                       Weighting weighting = Weighting::kPhotons,
+                       Rule rule = Rule::kPchip, const Data& data = builtin());
+
+}  // namespace physics
+
+#endif  // PHYSICS_LAYERS_H_

@@ -1,0 +1,38 @@
+// Coefficients of one element, by the monotone cubic.
+//
+// ln(mu/rho) is interpolated over ln(E): piecewise cubic Hermite with the
+// weighted harmonic slopes of F. N. Fritsch and J. Butland, SIAM J. Sci. Stat.
+// Comput. 5 (1984) 300, and three-point slopes at the ends, as pchip of MATLAB
+// and SciPy has them. Each segment between two edges stands for itself; at an
+// edge's own energy the upper side is taken.
+
+#ifndef PHYSICS_TABLE_H_
+#define PHYSICS_TABLE_H_
+
+#include "physics/data.h"
+#include "physics/quantities.h"
+
+namespace physics {
+
+// mu/rho of the element, total with coherent scattering.
+// Throws OutsideTable.
+MassAttenuation mass_attenuation(const Table& table, Energy energy);
+
+// The same on the lower side where `energy` is an edge's own.
+MassAttenuation mass_attenuation_below(const Table& table, Energy energy);
+
+// mu_en/rho of the element. Throws OutsideTable.
+MassAttenuation energy_absorption(const Table& table, Energy energy);
+
+// Half the difference between the cubic and the straight line in ln mu over
+// ln E, relative: what the interpolation adds to the uncertainty of mu/rho.
+// Throws OutsideTable.
+double interpolation_uncertainty(const Table& table, Energy energy);
+
+// The range that the table can answer, both ends included.
+Energy first_energy(const Table& table);
+Energy last_energy(const Table& table);
+
+}  // namespace physics
+
+#endif  // PHYSICS_TABLE_H_
