@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 #include "base/harmless.h"
 

@@ -9,8 +9,11 @@
 #define BASE_FATAL_H_
 
 #include <array>
+#include <concepts>
 #include <exception>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 #include "base/source_position.h"
 
@@ -59,6 +62,29 @@ class EndOfFile : public FatalEnd {
 // EndOfFile instead.
 [[noreturn]] void fatal(std::string cause, std::string advice = {},
                         SourcePosition at = SourcePosition::current());
+
+// Does `action` and returns what it returns. If it ends fatally in the way
+// `End`, that end gets `advice` as its line for the user: a text, or a function
+// that makes one, from nothing or from the end.
+//
+//   return with_advice<EndOfFile>([&] { return read_block(file); },
+//                                 "the block has no end");
+template <std::derived_from<FatalEnd> End = FatalEnd, typename Action,
+          typename Advice>
+decltype(auto) with_advice(const Action& action, const Advice& advice) {
+  try {
+    return action();
+  } catch (End& end) {
+    if constexpr (std::is_invocable_v<const Advice&, const End&>) {
+      end.advise(advice(std::as_const(end)));
+    } else if constexpr (std::is_invocable_v<const Advice&>) {
+      end.advise(advice());
+    } else {
+      end.advise(advice);
+    }
+    throw;
+  }
+}
 
 // Tells on standard error of what does not end the run, though its numbers may
 // be others than the user takes them for. What standard output shows is the

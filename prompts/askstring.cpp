@@ -27,12 +27,9 @@ Text<132> edited_line() {
 
 // The first `ls` characters of the kept answer.
 std::string kept(const Text<80>& chstore, int ls) {
-  try {
-    return std::string(chstore.columns(1, ls, "chstore"));
-  } catch (base::RangeError& error) {
-    error.advise("an answer has at most 80 characters: shorten it");
-    throw;
-  }
+  return base::with_advice<base::RangeError>(
+      [&] { return std::string(chstore.columns(1, ls, "chstore")); },
+      "an answer has at most 80 characters: shorten it");
 }
 
 // The `ls` characters behind the first "[" of a script line.

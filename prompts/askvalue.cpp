@@ -23,12 +23,9 @@ class ShownValue {
   void format(Text<7>& form, float value) {
     Text<24> chr;
     int width = 0;
-    try {
-      trlnu(form, value, chr, width, chl_, im_);
-    } catch (base::RangeError& error) {
-      error.advise("the number has too many digits for the question");
-      throw;
-    }
+    base::with_advice<base::RangeError>(
+        [&] { trlnu(form, value, chr, width, chl_, im_); },
+        "the number has too many digits for the question");
   }
   std::string_view shown() const { return chl_.columns(1, im_, "chl"); }
   const Text<24>& text() const { return chl_; }
