@@ -3,6 +3,7 @@
 #include "attenuation/coefficientfile.h"
 #include "base/text.h"
 #include "base/unit.h"
+#include "help/key.h"
 #include "prompts/askvalue.h"
 
 namespace attenuation {
@@ -13,7 +14,7 @@ void atcoefficient(int nrd, int nwr, int j, const Composition& indx,
   constexpr int kColumns = 80;  // whatever the terminal has
   base::Text<132> querytype = "Photon energy in keV";
   base::Text<7> form = "f8.2";
-  base::Text<132> chcom = "read/energy";
+  base::Text<132> chcom = std::string_view(help::Key("read/energy"));
   toolkit::askvalue(querytype, form, value, chcom, kColumns, nrd, nwr);
   const float energy = value;
 

@@ -6,6 +6,8 @@
 #include <array>
 #include <string_view>
 
+#include "help/key.h"
+
 namespace attenuation {
 
 enum class Kind {
@@ -39,7 +41,7 @@ inline constexpr Composed kFas{
 
 struct Sample {
   std::string_view text;  // in the menu
-  std::string_view help_key;
+  help::Key help_key;
   Kind kind;
   std::string_view element;  // name, Kind::kElement only
   float density;          // g/cm3; of elements unused: the density table has it

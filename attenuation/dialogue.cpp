@@ -1,18 +1,18 @@
 #include "attenuation/dialogue.h"
 
+#include <vector>
+
 #include "attenuation/catalogue.h"
 #include "attenuation/elementlist.h"
 #include "attenuation/sample.h"
-#include "base/text.h"
 #include "base/unit.h"
 #include "help/help.h"
+#include "menu/choose.h"
 #include "menu/query.h"
 #include "terminal/window.h"
 
 namespace attenuation {
 namespace {
-
-using base::Text;
 
 void measure_terminal() {
   terminal::window(1);
@@ -40,20 +40,13 @@ void write_banner() {
 
 // The chosen sample; asks until there is one.
 const Sample& asked_sample() {
+  std::vector<menu::Entry> entries;
+  for (const Sample& sample : kCatalogue) {
+    entries.push_back({sample.text, sample.help_key});
+  }
   for (;;) {
-    int lq = 0;
-    for (const Sample& sample : kCatalogue) {
-      ++lq;
-      menu::scrd.queryar(lq) = sample.text;
-      menu::scrd.helpar(lq) = sample.help_key;
-      menu::scrd.ext(lq) = "";
-    }
-    int lk = lq;
-    Text<132> title = "select";
-    Text<80> ch80 = "Nickel";
-    ch80.at(80, "ch80") = '#';
-    menu::query(lq, lk, title, ch80);
-    if (lq > 0) return kCatalogue[static_cast<std::size_t>(lq - 1)];
+    const auto chosen = menu::choose("select", "Nickel", entries);
+    if (chosen) return kCatalogue[*chosen];
   }
 }
 

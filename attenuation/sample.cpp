@@ -1,7 +1,11 @@
 #include "attenuation/sample.h"
 
+#include <array>
 #include <cmath>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "attenuation/ask.h"
 #include "attenuation/atcoefficient.h"
@@ -12,14 +16,14 @@
 #include "base/fatal.h"
 #include "base/text.h"
 #include "base/unit.h"
-#include "menu/query.h"
+#include "help/key.h"
+#include "menu/choose.h"
 #include "text/itoc8.h"
 
 namespace attenuation {
 namespace {
 
 using base::Text;
-using menu::scrd;
 
 // A composition as contentformula gives it.
 struct Formula {
@@ -136,29 +140,40 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
   return in_beam;
 }
 
-// As in the menu. One left without a choice counts as millimetres, but the next
-// menu proposes mg/cm2. Meant.
-enum class ThicknessUnit { kNone, kArealMass, kMillimetres };
+enum class ThicknessUnit { kArealMass, kMillimetres };
 
-// The unit for the next thickness; the one chosen last is the default.
-ThicknessUnit asked_unit(ThicknessUnit last_choice) {
-  const bool in_mm = last_choice == ThicknessUnit::kMillimetres;
-  Text<80> ch80 = in_mm ? "mm" : "mg/cm2";
-  ch80.at(80, "ch80") = '#';
-  scrd.queryar(1) = "thickness mg/cm2";
-  scrd.helpar(1) = "read/mgcm2";
-  scrd.queryar(2) = "thickness in mm";
-  scrd.helpar(2) = "read/thickness";
-  scrd.ext(1) = scrd.ext(2) = "";
-  int lq = 2;
-  int lk = 2;
-  Text<132> title = "thickness of the sample";
-  menu::query(lq, lk, title, ch80);
-  return static_cast<ThicknessUnit>(lq);
+struct UnitEntry {
+  ThicknessUnit unit;
+  menu::Entry entry;
+  std::string_view wanted;  // what highlights it
+};
+
+constexpr std::array<UnitEntry, 2> kUnits{{
+    {ThicknessUnit::kArealMass,
+     {"thickness mg/cm2", help::Key("read/mgcm2")},
+     "mg/cm2"},
+    {ThicknessUnit::kMillimetres,
+     {"thickness in mm", help::Key("read/thickness")},
+     "mm"},
+}};
+
+// The unit for the next thickness, nothing when the menu was left without a
+// choice. `last_choice` is proposed, mg/cm2 where there was none.
+std::optional<ThicknessUnit> asked_unit(
+    std::optional<ThicknessUnit> last_choice) {
+  std::string_view wanted = kUnits.front().wanted;
+  std::vector<menu::Entry> entries;
+  for (const UnitEntry& unit : kUnits) {
+    entries.push_back(unit.entry);
+    if (unit.unit == last_choice) wanted = unit.wanted;
+  }
+  const auto chosen = menu::choose("thickness of the sample", wanted, entries);
+  if (!chosen) return std::nullopt;
+  return kUnits[*chosen].unit;
 }
 
-// The areal mass in g/cm2.
-float asked_thickness(ThicknessUnit unit, float density) {
+// The areal mass in g/cm2. Without a unit millimetres are asked.
+float asked_thickness(std::optional<ThicknessUnit> unit, float density) {
   if (unit == ThicknessUnit::kArealMass) {
     return ask_value("thickness mg/cm2", "f8.2", 100.0F, "read/mgcm2") /
            1000.0F;
@@ -199,7 +214,7 @@ SampleInBeam set_up(const Sample& sample, const ElementList& elements) {
 
 void thickness_loop(const SampleInBeam& sample) {
   // Without a density there is no menu, and no thickness in mm.
-  auto unit = ThicknessUnit::kArealMass;
+  std::optional unit = ThicknessUnit::kArealMass;
   do {
     if (sample.density > 0.0F) unit = asked_unit(unit);
     const float thick = asked_thickness(unit, sample.density);

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/array.h"
 #include "base/fatal.h"
@@ -12,6 +13,7 @@
 #include "base/unit.h"
 #include "help/help.h"
 #include "help/viewdvi.h"
+#include "menu/choose.h"
 #include "menu/query.h"
 #include "terminal/ansi.h"
 #include "terminal/window.h"
@@ -239,19 +241,15 @@ class Browser {
 
   // The related entry the user picks, 1..count; 0 for going back.
   int choice_from(const Level& level) {
-    scrd.queryar(1) = "return";
-    scrd.ext(1) = "";
+    std::vector<std::string> related;
     for (int i = 1; i <= level.count; ++i) {
-      scrd.queryar(i + 1) = base::harmless(level.que(i).trimmed());
-      scrd.ext(i + 1) = "";
+      related.push_back(base::harmless(level.que(i).trimmed()));
     }
-    int lq = level.count + 1;
-    int lk = lq;
-    Text<132> cheader = "further related information";
-    Text<80> chdf = "return";
-    chdf.at(80, "chdf") = '#';
-    menu::query(lq, lk, cheader, chdf);
-    return std::max(lq - 1, 0);
+    std::vector<menu::Entry> entries = {{"return"}};
+    for (const std::string& entry : related) entries.push_back({entry});
+    const auto chosen =
+        menu::choose("further related information", "return", entries);
+    return static_cast<int>(chosen.value_or(0));
   }
 
   void view_document(const std::string& name) {

@@ -1,15 +1,17 @@
 #include "prompts/prompt.h"
 
 #include <string>
+#include <string_view>
 
 #include "base/unit.h"
 #include "help/help.h"
+#include "help/key.h"
 #include "terminal/ansi.h"
 
 namespace toolkit {
 namespace {
 
-constexpr const char* kScriptKey = "zoxu/script/alteration";
+constexpr std::string_view kScriptKey = help::Key("zoxu/script/alteration");
 
 void restore(base::Text<132>& querytype, std::string_view question) {
   querytype.put(1, static_cast<int>(question.size()), question, "querytype");
