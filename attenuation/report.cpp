@@ -15,7 +15,9 @@ void write(std::string_view line) {
 }  // namespace
 
 void report_coefficient(float atc, float density, int width) {
-  const auto field = [width](float value) { return base::f(value, width, 3); };
+  const auto field = [width](float value) {
+    return base::fixed_field(value, width, 3);
+  };
   write(" mue/rho=" + field(atc) + " [cm^2/g]  density=" + field(density) +
         " [g/cm^3]  mu_e=" + field(atc * density / 10.0F) + " [mm^-1]");
   write("");
@@ -24,15 +26,16 @@ void report_coefficient(float atc, float density, int width) {
 void report_areal_mass(float thick) {
   write("");
   write("");
-  write("       mg/cm2=" + base::f(thick * 1000.0F, 10, 2));
+  write("       mg/cm2=" + base::fixed_field(thick * 1000.0F, 10, 2));
 }
 
 void report_exponents(float lower, float upper) {
-  write("122keV:" + base::f(lower, 12, 4) + " 136keV:" + base::f(upper, 12, 4));
+  write("122keV:" + base::fixed_field(lower, 12, 4) +
+        " 136keV:" + base::fixed_field(upper, 12, 4));
 }
 
 void report_transmission(float trm) {
-  write(" transmission=" + base::f(trm, 10, 4));
+  write(" transmission=" + base::fixed_field(trm, 10, 4));
   write("");
 }
 

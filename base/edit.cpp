@@ -119,7 +119,7 @@ std::optional<double> scaled(std::uint64_t digits, int power) {
 
 }  // namespace
 
-std::string f(float value, int width, int decimals) {
+std::string fixed_field(float value, int width, int decimals) {
   if (std::isnan(value)) return right_justified("NaN", width);
   if (std::isinf(value)) {
     const std::string sign = value < 0 ? "-" : "";

@@ -15,7 +15,7 @@ namespace base {
 // forces it; a negative value that rounds to zero keeps its sign. What does not
 // fit is a row of asterisks. Infinity is written out where eight columns are
 // free for it, else "Inf".
-std::string f(float value, int width, int decimals);
+std::string fixed_field(float value, int width, int decimals);
 
 // The edit descriptor "eW.D" on input: the number that a field holds.
 //

@@ -12,6 +12,7 @@
 #include <memory>
 #include <string_view>
 
+#include "base/descriptor.h"
 #include "base/harmless.h"
 
 namespace base {
@@ -56,30 +57,15 @@ std::string own_calls(void* const* frames, int count) {
   return calls;
 }
 
-// Nothing can be done about a closed or full standard output or error here.
-void write_if_possible(int fd, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(fd, text.data(), text.size());
-    if (written <= 0) return;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
 // Line by line to standard error. Names of files and what stands in them must
 // not steer the terminal.
 void tell(std::string_view text) {
   while (!text.empty()) {
     const std::string_view line = text.substr(0, text.find('\n'));
-    write_if_possible(STDERR_FILENO, harmless(line) + "\n");
+    // Nothing can be done about a closed or full standard error here.
+    static_cast<void>(write_all(STDERR_FILENO, harmless(line) + "\n"));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
   }
-}
-
-void report(const std::string& text) {
-  if (isatty(STDOUT_FILENO) != 0) {
-    write_if_possible(STDOUT_FILENO, "\x1b[0m\n");
-  }
-  tell(text);
 }
 
 // A data file must not take the number of a standard channel that was closed
@@ -119,8 +105,12 @@ void fatal(std::string cause, std::string advice, SourcePosition at) {
 
 void note(const std::string& text) { tell("Note: " + text); }
 
-int run(void (*program)()) {
+int run(void (*program)(), void (*before_report)()) {
   occupy_standard_channels();
+  const auto report = [before_report](const std::string& text) {
+    if (before_report != nullptr) before_report();
+    tell(text);
+  };
   try {
     program();
     return 0;

@@ -2,8 +2,8 @@
 //
 // A fatal end is an exception, so that every guard on the way out (terminal
 // settings, open files) does its work, and so that a caller who knows what the
-// user was doing can add the line that helps. `run` catches it, gives the
-// terminal back and ends the program with status 2.
+// user was doing can add the line that helps. `run` catches it, reports and
+// ends the program with status 2.
 
 #ifndef BASE_FATAL_H_
 #define BASE_FATAL_H_
@@ -93,9 +93,9 @@ void note(const std::string& text);
 
 // Runs `program` and returns the exit status: 0, or kFatalStatus after a fatal
 // end, which is reported on standard error. By then the guards have put the
-// terminal's settings back; on a terminal, attributes are reset and the report
-// begins on a fresh line. Whatever a report names, it steers no terminal.
-int run(void (*program)());
+// terminal's settings back; `before_report` may see to what is on its screen.
+// Whatever a report names, it steers no terminal.
+int run(void (*program)(), void (*before_report)() = nullptr);
 
 }  // namespace base
 

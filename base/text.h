@@ -124,6 +124,11 @@ class Text {
   std::array<char, N> chars_;
 };
 
+// A line of text as the routines of the dialogue pass it, column 132 being the
+// one for flags.
+inline constexpr int kLine = 132;
+using Line = Text<kLine>;
+
 }  // namespace base
 
 #endif  // BASE_TEXT_H_

@@ -1,26 +1,20 @@
 // File units: numbered channels that read and write records.
 //
-// A record is a line. It ends in LF or CR LF; the last line of a file needs no
-// end. Records are read into fixed-length fields: longer lines are cut,
-// shorter ones padded with blanks.
+// Records are read into fixed-length fields: longer lines are cut, shorter ones
+// padded with blanks.
 //
 //   1   element list, coefficient file       5   standard input
 //   2   density file, details files          6   standard output
 //   3   help file                            10  script of the prompts
-//
-// Standard input is read one byte at a time, so that single keys, Readline and
-// whatever is started from the program find every byte that the dialogue did
-// not ask for.
 
 #ifndef BASE_UNIT_H_
 #define BASE_UNIT_H_
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "base/reader.h"
 #include "base/source_position.h"
 #include "base/text.h"
 
@@ -29,11 +23,6 @@ namespace base {
 inline constexpr int kTerminalInput = 5;
 inline constexpr int kTerminalOutput = 6;
 inline constexpr int kScriptUnit = 10;
-
-// Bytes that are kept of a longer line; no field of the program is wider.
-inline constexpr int kLongestLine = 4096;
-// What comes from standard input without a line end for so long is no answer.
-inline constexpr int kEndlessLine = 1 << 20;
 
 class Unit {
  public:
@@ -61,7 +50,7 @@ class Unit {
   // Reads the next record; false at the end of the file.
   template <int N>
   [[nodiscard]] bool try_read(Text<N>& record) {
-    const std::optional<std::string_view> line = next_line();
+    const std::optional<std::string_view> line = next();
     if (!line) return false;
     record = *line;
     return true;
@@ -79,16 +68,16 @@ class Unit {
   void read_to(int column, std::string_view text, Text<N>& record,
                SourcePosition at = SourcePosition::current()) {
     do {
-      skip_to(column, text);
+      file_reader_.skip_to(column, text);
       read(record, at);
     } while (!std::string_view(record.full())
                   .substr(static_cast<std::size_t>(column - 1))
                   .starts_with(text));
   }
 
-  // One byte of standard input, 0..255, or -1 at its end. Of unit 5 only: of a
-  // file it would skip what was read ahead.
-  [[nodiscard]] int read_byte();
+  // The bytes of standard input. Of unit 5 only: of a file it would skip what
+  // was read ahead.
+  ByteReader& bytes();
 
   // Writes one record, its line end included, in a single call. Fatal: it
   // cannot be written.
@@ -102,14 +91,7 @@ class Unit {
  private:
   // The next line without its end, valid until the next read; nothing at the
   // end of the file.
-  std::optional<std::string_view> next_line();
-  std::optional<std::string_view> next_buffered_line();
-  std::optional<std::string_view> next_typed_line();
-  // Passes over records before the first that has `text` in that column, as
-  // far as the buffered part of the file shows them.
-  void skip_to(int column, std::string_view text);
-  std::size_t read_some(char* into, std::size_t room);
-  bool refill();
+  std::optional<std::string_view> next();
   bool permanent() const {
     return number_ == kTerminalInput || number_ == kTerminalOutput;
   }
@@ -117,10 +99,8 @@ class Unit {
   int number_;
   int fd_;
   std::string file_;
-  std::vector<char> buffer_;
-  std::string long_line_;
-  std::size_t begin_ = 0;  // unread part of buffer_
-  std::size_t end_ = 0;
+  FileReader file_reader_;
+  ByteReader byte_reader_;
 };
 
 // The unit of that number: 1, 2, 3, 5, 6 or 10. A range error for any other.

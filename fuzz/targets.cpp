@@ -78,7 +78,7 @@ int byte(std::string_view input, std::size_t i) {
   float x = 0.0F;
   std::memcpy(&x, input.data(), sizeof x);
   const int a = byte(input, 4), b = byte(input, 5), decimals = 1 + b % 5;
-  static_cast<void>(base::f(x, a % 40, b % 20));
+  static_cast<void>(base::fixed_field(x, a % 40, b % 20));
   Text<24> chr, chl;
   int width = 0, im = 0, iout = 0;
   try {

@@ -4,12 +4,9 @@
 // Readline's headers need <cstdio> before them.
 #include <readline/history.h>
 #include <readline/readline.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <cwchar>
 #include <filesystem>
 #include <memory>
@@ -17,8 +14,9 @@
 #include <system_error>
 
 #include "base/fatal.h"
-#include "base/unit.h"
-#include "terminal/signals.h"
+#include "base/reader.h"
+#include "terminal/guard.h"
+#include "terminal/input.h"
 
 namespace terminal {
 namespace {
@@ -104,42 +102,34 @@ void measure() {
   rl_set_screen_size(rows, std::clamp(columns, kFewestColumns, kMostColumns));
 }
 
-// Readline gives the terminal back on the signals that it catches; this does so
-// on the others that end the program.
-class GuardedTerminal {
- public:
-  GuardedTerminal() : guarded_(tcgetattr(STDIN_FILENO, &settings_) == 0) {
-    if (guarded_) catch_signals(settings_, nullptr);
-  }
-  ~GuardedTerminal() {
-    if (guarded_) release_signals();
-  }
-  GuardedTerminal(const GuardedTerminal&) = delete;
-  GuardedTerminal& operator=(const GuardedTerminal&) = delete;
-
- private:
-  termios settings_{};
-  bool guarded_;
-};
-
 }  // namespace
 
-int readaline(base::Array<int, 132>& k, const char* prompt) {
+std::string edited_line(const char* prompt) {
   [[maybe_unused]] static const int configured = configure();
   measure();
   bytes_of_line = 0;
   std::unique_ptr<char, decltype(&std::free)> line(nullptr, &std::free);
   {
-    const GuardedTerminal guarded;
+    const Guard guard;  // on the signals that Readline does not catch
     line.reset(readline(prompt));
     static_cast<void>(std::fflush(stdout));
   }
-  if (line == nullptr) base::unit(base::kTerminalInput).end_of_file();
-  const int length = static_cast<int>(std::min<std::size_t>(
-      std::strlen(line.get()), base::Array<int, 132>::kUpper));
+  // Readline takes the end of input behind some characters for a RET.
+  if (bytes_of_line > base::kEndlessLine) {
+    throw base::EndOfFile(
+        "end of input",
+        "a line of 1 MiB is no answer: give the program lines of text");
+  }
+  if (line == nullptr) input().end_of_file();
+  return line.get();
+}
+
+int readaline(base::Array<int, base::kLine>& k, const char* prompt) {
+  const std::string line = edited_line(prompt);
+  const int length = std::min(static_cast<int>(line.size()), base::kLine);
   for (int i = 1; i <= length; ++i) {
     // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): as declared
-    k(i) = static_cast<signed char>(line.get()[i - 1]);
+    k(i) = static_cast<signed char>(line[static_cast<std::size_t>(i - 1)]);
   }
   return length;
 }

@@ -50,7 +50,7 @@ TEST(Edit, WritesFixedFields) {
            "-inf,8,2,-Inf|inf,2,1,**|-nan,6,3,NaN")) {
     const int width = std::stoi(f[1]), decimals = std::stoi(f[2]);
     const std::string text =
-        base::f(std::strtof(f[0].c_str(), nullptr), width, decimals);
+        base::fixed_field(std::strtof(f[0].c_str(), nullptr), width, decimals);
     EXPECT_EQ(text.size(), width);
     EXPECT_EQ(text.substr(text.find_first_not_of(' ')), f[3]) << f[0];
   }

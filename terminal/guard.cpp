@@ -1,4 +1,4 @@
-#include "terminal/signals.h"
+#include "terminal/guard.h"
 
 #include <signal.h>
 #include <termios.h>
@@ -11,11 +11,10 @@
 namespace terminal {
 namespace {
 
-// What the handler sets. Written while no signal is caught.
+// What the handler sets, and what signals did before. Written while none is
+// caught.
 termios own_settings;
-termios meanwhile_settings;
-bool stops_caught = false;
-
+termios changed_settings;
 struct Stored {
   bool caught = false;
   struct sigaction action {};
@@ -58,6 +57,13 @@ void deliver_by_default(int signal) {
   sigaction(signal, &caught, nullptr);
 }
 
+// Whether the terminal is the program's to set: not so in the background, where
+// it is the shell's.
+bool in_foreground() {
+  const pid_t foreground = tcgetpgrp(STDIN_FILENO);
+  return foreground < 0 || foreground == getpgrp();
+}
+
 // Back in the foreground, another SIGCONT follows.
 void set_terminal_if_ours(const termios& settings) {
   if (in_foreground()) tcsetattr(STDIN_FILENO, TCSANOW, &settings);
@@ -70,23 +76,18 @@ void on_signal(int signal) {
     set_terminal_if_ours(own_settings);
     deliver_by_default(signal);
   }
-  set_terminal_if_ours(meanwhile_settings);
+  set_terminal_if_ours(changed_settings);
   errno = error;
 }
 
-}  // namespace
-
-void catch_signals(const termios& own, const termios* meanwhile) {
-  own_settings = own;
-  stops_caught = meanwhile != nullptr;
-  if (stops_caught) meanwhile_settings = *meanwhile;
+void catch_signals(bool stops_too) {
   struct sigaction action {};
   action.sa_handler = on_signal;
   action.sa_flags = SA_RESTART;
   sigfillset(&action.sa_mask);
   for (int signal = 1; signal < NSIG; ++signal) {
     auto& [caught, before] = stored.at(static_cast<std::size_t>(signal));
-    caught = (is_deadly(signal) || (stops_caught && is_stop(signal))) &&
+    caught = (is_deadly(signal) || (stops_too && is_stop(signal))) &&
              sigaction(signal, nullptr, &before) == 0 &&
              before.sa_handler == SIG_DFL;
     if (caught) sigaction(signal, &action, nullptr);
@@ -100,9 +101,34 @@ void release_signals() {
   }
 }
 
-bool in_foreground() {
-  const pid_t foreground = tcgetpgrp(STDIN_FILENO);
-  return foreground < 0 || foreground == getpgrp();
+}  // namespace
+
+Guard::Guard() : guards_(tcgetattr(STDIN_FILENO, &own_settings) == 0) {
+  if (guards_) catch_signals(false);
+}
+
+Guard::Guard(void (*change)(termios& settings)) {
+  // Until it is the program's turn the settings are the shell's, which must not
+  // be taken for the user's.
+  if (!in_foreground()) kill(0, SIGTTIN);
+  guards_ = changed_ = tcgetattr(STDIN_FILENO, &own_settings) == 0;
+  if (!guards_) return;
+  changed_settings = own_settings;
+  change(changed_settings);
+  catch_signals(true);
+  tcsetattr(STDIN_FILENO, TCSANOW, &changed_settings);
+}
+
+Guard::~Guard() {
+  if (!guards_) return;
+  // A SIGCONT in between would take the changed settings up again, for good.
+  sigset_t all{};
+  sigset_t before{};
+  sigfillset(&all);
+  sigprocmask(SIG_BLOCK, &all, &before);
+  if (changed_) tcsetattr(STDIN_FILENO, TCSANOW, &own_settings);
+  release_signals();
+  sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 
 }  // namespace terminal
