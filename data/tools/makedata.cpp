@@ -205,7 +205,8 @@ bool fills_field(const std::string& text, std::size_t width) {
 std::string label(const Row<6>& row) {
   const std::string& edge = row.fields[1];
   const std::string& origin = row.fields[5];
-  const bool added = origin == "xcom" || origin == "xraylib";
+  const bool added =
+      origin == "xcom" || origin == "xraylib" || origin == "kissel";
   row.require(added || origin == "table" || origin == "corrected",
               "unknown origin '" + origin + "'");
   const std::string mark = added ? "+" : origin == "corrected" ? "*" : "";
