@@ -20,6 +20,7 @@
 #ifndef PHYSICS_MATERIAL_H_
 #define PHYSICS_MATERIAL_H_
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -72,6 +73,18 @@ struct Material {
 // liquid at room temperature.
 // Throws FormulaError, with the column in `text`.
 Material material(std::string_view text, const Data& data = builtin());
+
+// What gives a material without density one: "add @1.38, or use mg/cm2". The
+// figure is that of the catalogue's material of this composition, if it has
+// one; a gas is named with it.
+std::string density_advice(const Material& material);
+
+// The composition in the dialogue's notation, which has neither brackets nor
+// implied counts: "K_4Fe_1C_6N_6H_6O_3". Nothing where that cannot hold it:
+// counts that are no integers, nuclides, elements above lead, more than 12
+// components. A two-letter symbol holds counts up to 9, so that Fe12 takes two
+// of them, Fe_9Fe_3.
+std::optional<std::string> flat_notation(const Composition& composition);
 
 // Which rule interpolates between the rows of a table.
 enum class Rule {
