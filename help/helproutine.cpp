@@ -14,8 +14,9 @@
 #include "help/help.h"
 #include "help/viewdvi.h"
 #include "menu/choose.h"
-#include "menu/query.h"
+#include "menu/scrd.h"
 #include "terminal/ansi.h"
+#include "terminal/show.h"
 #include "terminal/window.h"
 #include "text/nextchar.h"
 #include "text/stringlength.h"
@@ -30,28 +31,36 @@ using terminal::kNormal;
 
 constexpr int kLevels = 4;
 
-void show(std::string_view line) { base::unit(cmpa.nwrwin).write(line); }
+void show(std::string_view line) { terminal::show(line, cmpa.nwrwin); }
+
+// The same between two texts of the program's own, which may steer.
+void show(std::string_view before, std::string_view line,
+          std::string_view after) {
+  base::unit(cmpa.nwrwin)
+      .write(std::string(before) + base::harmless(line) + std::string(after));
+}
 
 // Waits for an answer line below a page; true if the text shall end.
 bool answered_quit() {
   Text<80> answer;
   base::unit(base::kTerminalInput).read(answer);
-  show(std::string(" ") + terminal::kUp2);
+  show(" ", "", terminal::kUp2);
   const char first = answer.columns<1, 1>().front();
   return first == 'q' || first == '*';
 }
 
-// A text record as it goes to the terminal. The attribute stands right-
-// justified in five columns.
-std::string marked_up(const Record& record) {
-  std::string text = base::harmless(record.trimmed());
+void show_record(const Record& record) {
   const std::string_view mark = record.columns<1, 3>();
+  // Right-justified in five columns.
   std::string attribute;
   if (mark == "\\bf") attribute = std::string(" ") + terminal::kBold;
   if (mark == "\\ul") attribute = std::string(" ") + terminal::kUnderlined;
   if (mark == "\\bc") attribute = terminal::kBlue;
-  if (attribute.empty()) return text;
-  return attribute + text.substr(3) + kNormal;
+  if (attribute.empty()) {
+    show(record.trimmed());
+  } else {
+    show(attribute, record.trimmed().substr(mark.size()), kNormal);
+  }
 }
 
 std::string first_word(const Record& record, int column) {
@@ -101,10 +110,10 @@ class Browser {
       const KeptQueryTables kept;
       browse(chcom);
     }
-    show(std::string(terminal::kRed) + " " + terminal::kUp1);
-    show("   from help-file:" +
-         base::harmless(base::trimmed(helpfile_.columns<1, 64>())) + " " +
-         kNormal);
+    show(terminal::kRed, " ", terminal::kUp1);
+    // The name in its 64 columns, the attribute right-justified in five.
+    show("   from help-file:", helpfile_.columns<1, 64>(),
+         std::string(" ") + kNormal);
   }
 
  private:
@@ -146,9 +155,8 @@ class Browser {
   }
 
   void not_found(const Record& key) {
-    show("no entry found for " + base::harmless(key.trimmed()) +
-         " in helpfile:");
-    show(base::harmless(helpfile_.trimmed()));
+    show("no entry found for " + std::string(key.trimmed()) + " in helpfile:");
+    show(helpfile_.trimmed());
   }
 
   void list_headers(const Record& key) {
@@ -158,7 +166,7 @@ class Browser {
       if (!is_header(header) || !header.trimmed().starts_with(key.trimmed())) {
         continue;
       }
-      show(base::harmless(header.trimmed()));
+      show(header.trimmed());
       if (++shown % page_rows_ == 0 && answered_quit()) return;
     }
     if (shown == 0) {
@@ -175,12 +183,12 @@ class Browser {
     for (int links = 0;;) {
       int shown = 0;
       while (shown < page_rows_ && read() && !ends_text()) {
-        show(marked_up(record_));
+        show_record(record_);
         ++shown;
       }
       if (shown == 0 && record_.columns<1, 2>() == "/>") {
         if (++links > kMostLinks) {
-          show(" the links of the entry " + base::harmless(key.trimmed()) +
+          show(" the links of the entry " + std::string(key.trimmed()) +
                " lead in a circle");
           return false;
         }
@@ -241,12 +249,10 @@ class Browser {
 
   // The related entry the user picks, 1..count; 0 for going back.
   int choice_from(const Level& level) {
-    std::vector<std::string> related;
-    for (int i = 1; i <= level.count; ++i) {
-      related.push_back(base::harmless(level.que(i).trimmed()));
-    }
     std::vector<menu::Entry> entries = {{"return"}};
-    for (const std::string& entry : related) entries.push_back({entry});
+    for (int i = 1; i <= level.count; ++i) {
+      entries.push_back({level.que(i).trimmed()});
+    }
     const auto chosen =
         menu::choose("further related information", "return", entries);
     return static_cast<int>(chosen.value_or(0));
@@ -254,7 +260,7 @@ class Browser {
 
   void view_document(const std::string& name) {
     if (!safe_for_shell(name)) {
-      show(" the document name " + base::harmless(name) +
+      show(" the document name " + name +
            " has characters other than letters, digits, \".\", \"_\", \"-\"");
       return;
     }
@@ -266,14 +272,12 @@ class Browser {
         std::string(cmpa.zoxuhepath.trimmed()) + "/" + name;
     base::Unit& details = base::unit(2);
     if (!details.try_open(file)) {
-      show(" file " + base::harmless(file) + " for details not found");
+      show(" file " + file + " for details not found");
       show("");
       return;
     }
     const base::UnitCloser closer(details);
-    for (Text<80> line; details.try_read(line);) {
-      show(Text<80>(base::harmless(line.full())).full());
-    }
+    for (Text<80> line; details.try_read(line);) show(line.full());
   }
 
   const Record& helpfile_;

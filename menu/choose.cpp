@@ -1,5 +1,6 @@
 #include "menu/choose.h"
 
+#include "base/harmless.h"
 #include "base/text.h"
 #include "menu/query.h"
 
@@ -10,7 +11,7 @@ std::optional<std::size_t> choose(std::string_view header,
                                   std::span<const Entry> entries) {
   int lq = 0;
   for (const Entry& entry : entries) {
-    scrd.queryar(++lq) = entry.text;
+    scrd.queryar(++lq) = base::harmless(entry.text);
     if (entry.help_key) scrd.helpar(lq) = *entry.help_key;
     scrd.ext(lq) = entry.extension;
   }

@@ -10,7 +10,7 @@
 namespace menu {
 
 struct Entry {
-  std::string_view text;  // cut at 132 characters
+  std::string_view text;  // cut at 132 characters, made harmless
   // Of the page that "he" shows. An entry without one has the key that the
   // menu before left in its row of the query tables.
   std::optional<std::string_view> help_key{};

@@ -7,6 +7,8 @@ namespace menu {
 std::optional<Layout> block_layout(std::span<const Widths> entries, int line) {
   constexpr int kAround = 5;  // brackets and blanks
   constexpr int kEscape = 5;
+  const int count = static_cast<int>(entries.size());
+  if (count < 2) return std::nullopt;
   int width = 0;
   for (const Widths& entry : entries) {
     width = std::max(width, entry.text + entry.extension + kAround);
@@ -14,14 +16,11 @@ std::optional<Layout> block_layout(std::span<const Widths> entries, int line) {
   int columns = std::max(line, 0) / width;
   if (columns == 0) return std::nullopt;
 
-  const int count = static_cast<int>(entries.size());
   const int rows = (count + columns - 1) / columns;
-  // A column less while the last row lacks as many entries as there are rows
-  // above it; the last step too far is taken back.
+  // A column less takes one entry from each row above the last, or from the
+  // last to fill them up.
   const auto lacking = [&] { return columns * rows - count; };
-  while (columns > 0 && lacking() >= rows - 1) --columns;
-  if (columns == 0) return std::nullopt;
-  if (lacking() < 0) ++columns;
+  while (lacking() >= rows) --columns;
 
   Layout layout;
   layout.fields.assign(entries.size(), width + kEscape);

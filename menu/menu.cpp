@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/harmless.h"
 #include "base/unit.h"
 #include "menu/layout.h"
 #include "terminal/ansi.h"
@@ -46,6 +47,20 @@ bool contains(std::string_view text, std::string_view part) {
 
 void write(std::string_view record) {
   base::unit(base::kTerminalOutput).write(record);
+}
+
+// A line of a script, harmless but for the attributes that menus write there.
+std::string echoed(std::string_view line) {
+  const std::size_t begin = line.find('\x1b');
+  std::string shown = base::harmless(line.substr(0, begin));
+  if (begin == line.npos) return shown;
+  line.remove_prefix(begin);
+  for (const std::string_view attribute : {kNormal, kRed}) {
+    if (!line.starts_with(attribute)) continue;
+    line.remove_prefix(attribute.size());
+    return shown.append(attribute) + echoed(line);
+  }
+  return shown + "?" + echoed(line.substr(1));
 }
 
 // The upper edge of a menu `width` columns wide.
@@ -360,8 +375,7 @@ class Menu {
     for (;;) {
       Text<256> line;
       base::unit(base::kScriptUnit).read(line);
-      write(std::string(kNormal) +
-            field(line.full(), std::min(term.ncol(1), 132)));
+      write(kNormal + echoed(field(line.full(), std::min(term.ncol(1), 132))));
       if (line.columns<3, 5>() != "---") continue;
       const int choice = line.columns<1, 1>().front() - '0';
       const char second = line.columns<2, 2>().front();

@@ -1,7 +1,6 @@
 #include "help/help.h"
 
 #include <set>
-#include <tuple>
 
 #include "data/tools/helpcheck.h"
 #include "help/helproutine.h"
@@ -17,12 +16,15 @@ using tests::output_of;
 
 const std::string kBack = " \x1b[2A\n";  // over an answer line
 const std::string kDown = "\n\x1b[C\n";  // past a page, its menu's next, RET
-const std::string kClosing = "\x1b[31m \x1b[1A\n   from help-file:h \x1b[0m\n";
+const std::string kClosing = "\x1b[31m \x1b[1A\n   from help-file:h" +
+                             std::string(64, ' ') + "\x1b[0m\n";
 
 TEST(HelpFile, EveryKeyRelatedEntryAndLinkLeadsSomewhere) {
   EXPECT_TRUE(data::check_help(DATA_DIR).empty());
   const std::string file = DATA_DIR "/attenuation.help";
-  const std::string end = ":" + file.substr(0, 64) + " \x1b[0m\n";
+  const std::string end =
+      "from help-file:" + (file + std::string(64, ' ')).substr(0, 64) +
+      " \x1b[0m\n";
   std::set<std::string> keys(help::kKeys.begin(), help::kKeys.end());
   for (const auto& line : tests::split(content_of(file), '\n'))
     if (help::is_header(line)) keys.insert(line.substr(1));
@@ -64,7 +66,9 @@ TEST_F(Browser, ShowsTextsPagesLinksAndHeaders) {
             "\x20\x1b[1m Bold\x1b[0m\n \x1b[4m Under\x1b[0m\n"
             "\x1b[34m Blue\x1b[0m\n\\it no\ntail  ?[2J .?\n" +
                 kBack + kClosing);
-  const std::tuple<std::string, std::string, std::string> cases[] = {
+  const struct {
+    std::string content, keys, shown;
+  } cases[] = {
       // Asked once a page; left in the middle, no related entries follow.
       {"/a\n" + page + "/\n", "\n", page + kBack},
       {"/a\n" + page + more, "\n\n", page + kBack + more + kBack},
@@ -73,7 +77,8 @@ TEST_F(Browser, ShowsTextsPagesLinksAndHeaders) {
       {chain + "text\n", "\n", "text\n" + kBack},
       {"/a\n/>b\n/b\n/>a\n", "",
        " the links of the entry /a lead in a circle\n"},
-      {"/a\n/>b\n", "", "no entry found for /b in helpfile:\nh\n"}};
+      {"/a\n/>b\n", "", "no entry found for /b in helpfile:\nh\n"},
+  };
   for (const auto& [content, keys, shown] : cases)
     EXPECT_EQ(browse(content, keys), shown + kClosing);
   EXPECT_TRUE(has(browse(chain + "/>end\n/end\ntext\n", ""), "in a circle"));
@@ -82,14 +87,29 @@ TEST_F(Browser, ShowsTextsPagesLinksAndHeaders) {
             "/ab\n/ab/c\n" + kBack + kClosing);
 }
 
+// The first entry behind "return" of every menu that was drawn anew.
+std::string menus_in(const std::string& written) {
+  const std::string normal = "\x1b[0m ";
+  std::string first;
+  for (std::size_t at = 0;
+       (at = written.find("further related", at)) != written.npos;) {
+    at = written.find("[return]", at);
+    at = written.find(normal, at) + normal.size();
+    first += written.at(at);
+  }
+  return first;
+}
+
 TEST_F(Browser, WalksDownFourLevelsAndBackAndKeepsTheMenuThatAsked) {
   const std::string deep =
       "/a\ntext a\n/#b\n/#leaf\n/b\nx\n/#c\n/#leaf\n/c\nx\n/#d\n/#leaf\n"
       "/d\nx\n/#e\n/#leaf\n/e\nx\n/#f\n/#leaf\n/f\nx\n/leaf\nthe leaf\n";
   menu::scrd.queryar(2) = "entry";
-  // An entry without related entries shows the menu again; going back shows
-  // the menu above, not its text.
-  const std::string written = browse(deep, "\nb\n\n\nleaf\n\n\n\n\n");
+  // Back goes one level up, and shows the menu there, not its text. An entry
+  // without related entries shows the menu again.
+  const std::string written =
+      browse(deep, kDown + kDown + "\n" + "\n" + "leaf\n\n\n" + "\n" + "\n");
+  EXPECT_EQ(menus_in(written), "bcdccb");
   EXPECT_TRUE(has(written, "the leaf"));
   EXPECT_EQ(written.find("text a"), written.rfind("text a"));
   EXPECT_TRUE(written.ends_with(kClosing));

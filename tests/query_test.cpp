@@ -1,19 +1,78 @@
 #include "menu/query.h"
 
 #include "base/unit.h"
+#include "menu/choose.h"
+#include "menu/layout.h"
 #include "terminal/window.h"
 #include "tests/support.h"
 
 namespace {
 
+using menu::Layout;
 using menu::scrd;
+using menu::Widths;
 using tests::has;
 
 const std::string kNormal = "\x1b[0m", kRed = "\x1b[31m";
-const std::string kDownKey = "\x1b[B";
+const std::string kUpKey = "\x1b[A", kDownKey = "\x1b[B";
+const std::string kRightKey = "\x1b[C", kLeftKey = "\x1b[D";
 
 std::string dashes(std::size_t count) { return std::string(count, '-'); }
 std::string blanks(std::size_t count) { return std::string(count, ' '); }
+
+TEST(BlockLayout, IsBalanced) {
+  const struct {
+    std::size_t entries;
+    int line;
+    std::vector<int> rows;  // none: the entries flow
+  } cases[] = {
+      {1, 130, {}},        {2, 9, {}},          {2, 10, {1, 1}},
+      {3, 130, {3}},       {5, 40, {3, 2}},     {7, 50, {4, 3}},
+      {9, 59, {5, 4}},     {9, 70, {5, 4}},     {10, 40, {4, 4, 2}},
+      {11, 40, {4, 4, 3}}, {13, 60, {5, 5, 3}},
+  };
+  for (const auto& [entries, line, rows] : cases) {
+    // The widest of them makes every field 10 columns wide on the screen.
+    std::vector<Widths> widths(entries, {1, 0});
+    widths.back() = {2, 3};
+    const auto layout = menu::block_layout(widths, line);
+    ASSERT_EQ(layout.has_value(), !rows.empty()) << entries << " in " << line;
+    if (!layout) continue;
+    EXPECT_EQ(layout->rows, rows) << entries << " in " << line;
+    EXPECT_EQ(layout->fields, std::vector<int>(entries, 15));
+  }
+}
+
+TEST(FlowingLayout, StepsInTensAndWraps) {
+  const struct {
+    const char* what;
+    std::vector<Widths> entries;
+    int line;
+    Layout layout;
+  } cases[] = {
+      {"steps",
+       {{4, 0}, {5, 0}, {14, 0}, {15, 2}},
+       130,
+       {{10, 20, 20, 32}, {4}}},
+      {"just filled", {{4, 0}, {4, 0}}, 32, {{10, 10}, {2, 0}}},
+      {"then on", {{4, 0}, {4, 0}, {4, 0}}, 32, {{10, 10, 10}, {2, 1}}},
+      {"too narrow", {{4, 0}, {4, 0}, {4, 0}}, 31, {{10, 10, 10}, {1, 2}}},
+      {"and again", {{4, 0}, {4, 0}, {4, 0}}, 29, {{10, 10, 10}, {1, 1, 1}}},
+      {"nearly wide", {{34, 0}}, 41, {{40}, {0, 1}}},
+      {"wide", {{34, 0}}, 40, {{40, 40}, {0, 1}}},
+      // A wide entry starts a row, and the next goes on in it.
+      {"shares", {{4, 0}, {34, 0}, {4, 0}}, 40, {{10, 40, 10}, {1, 2}}},
+      {"its row's field",
+       {{4, 0}, {4, 0}, {34, 0}},
+       40,
+       {{10, 40, 40}, {2, 1}}},
+  };
+  for (const auto& [what, entries, line, layout] : cases) {
+    const Layout got = menu::flowing_layout(entries, line);
+    EXPECT_EQ(got.fields, layout.fields) << what;
+    EXPECT_EQ(got.rows, layout.rows) << what;
+  }
+}
 
 const std::vector<std::string> kMetals = {"Iron (Fe)", "Lead", "Iridium"};
 
@@ -24,7 +83,10 @@ struct Menu {
       : lq(static_cast<int>(entries.size())), def(wanted) {
     header.put(131, 132, flags, "header");
     int i = 0;
-    for (const std::string& entry : entries) scrd.queryar(++i) = entry;
+    for (const std::string& entry : entries) {
+      scrd.queryar(++i) = entry;
+      scrd.ext(i) = "";
+    }
   }
   // kind  '#' for columns of equal width
   std::string query(const std::string& keys, int width = 30, char kind = ' ') {
@@ -69,36 +131,93 @@ TEST(Query, IsDrawnAndRedrawnInPlaceByteForByte) {
 }
 
 TEST(Query, ChoosesByKeysAndSubstrings) {
-  // A substring steps to the next match, case as typed. With nothing
-  // highlighted there is no step back. Any control key swallows two more.
-  for (const auto& f : tests::table(
-           "@,Lead,2|Ir/Ir//,Iron,1|fe/Le//,Iron,2|zz//,Iron,0|*/,Iron,0|"
-           "\x1b[A/,Iron,3|\x1b[A\x1b[A\x1b[C/,Iron,3|\x1b[B/,zz,1|"
-           "\x1b[D/,zz,0|\t[B/,Iron,2")) {
-    Menu menu(kMetals, f[1].c_str());
-    menu.query(tests::typed(f[0]));
-    EXPECT_EQ(menu.lq, std::stoi(f[2])) << f[0] << " from " << f[1];
+  const struct {
+    std::string keys;
+    const char* wanted;
+    int chosen;
+  } cases[] = {
+      {"@", "Lead", 2},
+      // A substring steps to the next match, case as typed, around the end.
+      {"Ir\nIr\n\n", "Iron", 1},
+      {"fe\nLe\n\n", "Iron", 2},
+      {"zz\n\n", "Iron", 0},
+      {"*\n", "Iron", 0},
+      // Cursor keys go around both ends.
+      {kUpKey + "\n", "Iron", 3},
+      {kLeftKey + kLeftKey + "\n", "Iron", 2},
+      {kUpKey + kRightKey + "\n", "Iron", 1},
+      {kDownKey + kDownKey + kDownKey + "\n", "Iron", 1},
+      // With nothing highlighted there is no step back.
+      {kDownKey + "\n", "zz", 1},
+      {kLeftKey + "\n", "zz", 0},
+      // Any control key swallows two more.
+      {"\t[B\n", "Iron", 2},
+  };
+  for (const auto& [keys, wanted, chosen] : cases) {
+    Menu menu(kMetals, wanted);
+    menu.query(keys);
+    EXPECT_EQ(menu.lq, chosen) << keys << " from " << wanted;
   }
   Menu quartz({"Iron", "quartz"});
   quartz.query("q\n\n");
   EXPECT_EQ(quartz.lq, 2) << "an entry begins with q";
 }
 
+TEST(Query, ShowsHelpForTheHighlightedEntryAndComesAnew) {
+  std::string shown;
+  menu::show_help = [&shown](const base::Text<132>& key) {
+    shown += std::string(key.trimmed()) + ";";
+  };
+  const struct {
+    const char *header, *keys, *wanted, *pages;
+    int chosen;
+  } cases[] = {
+      // What was wanted first is wanted again, from the highlight on.
+      {"select", "Lead\nhe\n\n", "I", "page 2;", 3},
+      {"select", "HELP\n\n", "Lead", "page 2;", 2},
+      {"select", "he\n\n", "zz", "", 0},
+      {"further related information", "he\n\n", "Iron", "", 0},
+  };
+  for (const auto& [header, keys, wanted, pages, chosen] : cases) {
+    shown.clear();
+    Menu menu(kMetals, wanted);
+    menu.header = header;
+    for (int i = 1; i <= menu.lq; ++i)
+      scrd.helpar(i) = "page " + std::to_string(i);
+    menu.query(keys, 80);
+    EXPECT_EQ(shown, pages) << header << " " << keys;
+    EXPECT_EQ(menu.lq, chosen) << header << " " << keys;
+  }
+  menu::show_help = nullptr;
+}
+
+TEST(Choose, GivesTheIndexOrNothingAndKeepsKeysOfOtherMenus) {
+  terminal::term.npl = terminal::term.ncol(1) = 80;
+  const menu::Entry entries[] = {
+      {"Iron", "new", "Fe"}, {"Le\x1b[2Jad", {}, "Pb"}, {"Tin", {}, {}}};
+  for (const int i : {1, 2, 3}) scrd.helpar(i) = "old";
+  std::optional<std::size_t> chosen;
+  const auto shown = [&](const std::string& keys) {
+    return tests::output_of(
+        keys, [&] { chosen = menu::choose("select", "Le", entries); });
+  };
+  EXPECT_TRUE(has(shown("\n"), kRed + "[Le?[2Jad Pb]"));
+  EXPECT_EQ(chosen, std::optional<std::size_t>(1));
+  EXPECT_EQ(scrd.helpar(1), "new");
+  EXPECT_EQ(scrd.helpar(2), "old");
+  EXPECT_TRUE(has(shown("q\n"), " Tin"));
+  EXPECT_EQ(chosen, std::nullopt);
+}
+
 TEST(Query, FlowsOverTheWidthWithWideEntriesOnTwoLines) {
   const std::string wide = "a wide entry of 27 letters.";
   Menu menu({"one", wide, "two", "three"}, "");
   scrd.ext(1) = "ext";
-  // Widths step in tens; an entry as wide as the line starts a row, the next
-  // goes on in it. Row 2 holds two entries, so it is one line.
+  // Row 2 holds two entries, so it is one line.
   EXPECT_TRUE(has(menu.query("", 43), "\n" + kNormal + " one ext \n" + kNormal +
                                           " " + wide + blanks(8) + kNormal +
                                           " two  \n" + kNormal + " three" +
                                           blanks(10) + "\n" + kNormal));
-  scrd.ext(1) = "";
-  // The sum of 16, 16 and 15 columns fills a line.
-  EXPECT_TRUE(has(Menu({"one", "two", "six", "ten"}, "").query("", 35),
-                  "\n" + kNormal + " one  " + kNormal + " two  \n" + kNormal +
-                      " six  " + kNormal + " ten  \n\n" + kNormal));
   Menu alone({"one", wide}, "27");
   EXPECT_TRUE(has(alone.query("\n"), kRed + "[a wide entry of 27\n  letters.]" +
                                          blanks(6) + "\n"));
@@ -131,6 +250,13 @@ TEST(Query, AnotherProcessTakesTheChoiceFromTheScript) {
   reader.query("", 30, '#');
   base::unit(10).close();
   EXPECT_EQ(reader.lq, 2);
+  // Attributes of the menu come through, and nothing else.
+  tests::write("script",
+               "top\n" + kRed + "[x]\x1b[2J" + kNormal + "\x1b\n1----\n");
+  base::unit(10).open("script");
+  EXPECT_TRUE(has(Menu(kMetals, "Iron", " r").query(""),
+                  kRed + "[x]?[2J" + kNormal + "? "));
+  base::unit(10).close();
 }
 
 }  // namespace
