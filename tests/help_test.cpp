@@ -135,11 +135,11 @@ TEST_F(Browser, ManyEntriesTakeNoTimeAndTooManyRelatedOnesAreRefused) {
 }
 
 TEST_F(Browser, OpensDetailsAndDocuments) {
-  tests::write("d.txt", "detail\n");
+  tests::write("d.txt", "detail\x1b[2J\n");
   tests::write("xdvi", "#!/bin/sh\necho \"$@\" >> shown\n");
   std::filesystem::permissions("xdvi", std::filesystem::perms::owner_all);
   help::cmpa.zoxuhepath = ".";
-  expect_related("details d.txt", "detail" + std::string(74, ' ') + "\n");
+  expect_related("details d.txt", "detail?[2J" + std::string(70, ' ') + "\n");
   expect_related("details none", "[return]    \x1b[0m details     \n");
   expect_related("details none", " file ./none for details not found\n\n");
   setenv("PATH", (std::string(".:") + std::getenv("PATH")).c_str(), 1);

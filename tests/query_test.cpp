@@ -27,9 +27,9 @@ TEST(BlockLayout, IsBalanced) {
     std::vector<int> rows;  // none: the entries flow
   } cases[] = {
       {1, 130, {}},        {2, 9, {}},          {2, 10, {1, 1}},
-      {3, 130, {3}},       {5, 40, {3, 2}},     {7, 50, {4, 3}},
-      {9, 59, {5, 4}},     {9, 70, {5, 4}},     {10, 40, {4, 4, 2}},
-      {11, 40, {4, 4, 3}}, {13, 60, {5, 5, 3}},
+      {3, 130, {3}},       {5, 40, {3, 2}},     {6, 40, {3, 3}},
+      {7, 50, {4, 3}},     {9, 59, {5, 4}},     {9, 70, {5, 4}},
+      {10, 40, {4, 4, 2}}, {11, 40, {4, 4, 3}}, {13, 60, {5, 5, 3}},
   };
   for (const auto& [entries, line, rows] : cases) {
     // The widest of them makes every field 10 columns wide on the screen.
