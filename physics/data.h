@@ -98,8 +98,10 @@ struct Transition {
   Energy energy;
   double spin_ground = 0.0;
   double spin_excited = 0.0;
-  double alpha = 0.0;      // total internal conversion coefficient
-  double abundance = 0.0;  // natural, percent
+  double alpha = 0.0;  // total internal conversion coefficient
+  double half_life_ns = 0.0;
+  double abundance = 0.0;    // natural, percent
+  std::string_view parents;  // "57Co", separated by "; "
   std::string_view alpha_origin;
 };
 
@@ -114,7 +116,7 @@ struct RecoilFree {
 };
 
 // One element's coefficients, ready to be evaluated (physics/table.h).
-class Table;
+struct Table;
 
 class Data {
  public:
@@ -128,7 +130,8 @@ class Data {
   // Usual form first; may be empty.
   virtual std::span<const Modification> modifications(int z) const = 0;
   // What is said with an answer for this element at this energy, such as
-  // "rhenium, 1.53 to 2.36 keV: published rows are irregular"; blank for most.
+  // "rhenium, 1.53 to 2.36 keV: the published rows are irregular"; blank for
+  // most.
   virtual std::string_view doubt(int z, Energy energy) const = 0;
   // Version and origin of the tables, one line.
   virtual std::string_view version() const = 0;

@@ -1,18 +1,24 @@
 // Coefficients of one element, by the monotone cubic.
 //
-// ln(mu/rho) is interpolated over ln(E): piecewise cubic Hermite with the
-// weighted harmonic slopes of F. N. Fritsch and J. Butland, SIAM J. Sci. Stat.
-// Comput. 5 (1984) 300, and three-point slopes at the ends, as pchip of MATLAB
-// and SciPy has them. Each segment between two edges stands for itself; at an
-// edge's own energy the upper side is taken.
+// ln(mu/rho) is interpolated over ln(E), each segment between two edges for
+// itself (physics/curve.h); at an edge's own energy the upper side is taken.
+// mu_en/rho goes through the rows that have it.
 
 #ifndef PHYSICS_TABLE_H_
 #define PHYSICS_TABLE_H_
 
+#include "physics/curve.h"
 #include "physics/data.h"
+#include "physics/errors.h"
 #include "physics/quantities.h"
 
 namespace physics {
+
+struct Table {
+  int z = 0;
+  Curve total;       // mu/rho, with coherent scattering
+  Curve absorption;  // mu_en/rho
+};
 
 // mu/rho of the element, total with coherent scattering.
 // Throws OutsideTable.

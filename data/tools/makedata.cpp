@@ -6,33 +6,29 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
-#include <stdexcept>
 #include <string>
-#include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "base/edit.h"
 #include "base/harmless.h"
+#include "data/tools/csv.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using data::is_positive;
+using data::plain_number;
+using data::Problem;
+using data::read_table;
+using data::Row;
+using data::write_file;
 
 constexpr std::size_t kElements = 82;
 constexpr std::size_t kMostPoints = 64;
-
-// What is wrong with a source, or with a file that cannot be written.
-struct Problem : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 bool is_digit(char c) { return '0' <= c && c <= '9'; }
 
@@ -43,80 +39,6 @@ std::string left(std::string text, std::size_t width) {
 }
 std::string right(const std::string& text, std::size_t width) {
   return std::string(width - std::min(width, text.size()), ' ') + text;
-}
-
-// A row of N fields and where it stands.
-template <std::size_t N>
-struct Row {
-  std::string place;  // file and line
-  std::array<std::string, N> fields;
-
-  // Unless `good`, the row is what `message` says.
-  void require(bool good, const std::string& message) const {
-    if (!good) throw Problem(place + ": " + message);
-  }
-};
-
-// The fields of one line; a field may be quoted, with "" for a quote in it.
-std::vector<std::string> fields_of(const std::string& line,
-                                   const std::string& place) {
-  std::vector<std::string> fields(1);
-  bool quoted = false;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const bool doubled = line.compare(i, 2, "\"\"") == 0;
-    if (line[i] == '"' && quoted && doubled) {
-      fields.back() += line[i++];
-    } else if (line[i] == '"') {
-      quoted = !quoted;
-    } else if (line[i] == ',' && !quoted) {
-      fields.emplace_back();
-    } else {
-      fields.back() += line[i];
-    }
-  }
-  if (quoted) throw Problem(place + ": a quote is not closed");
-  return fields;
-}
-
-// Reads the rows below the line of column titles, which must be `titles`.
-// Lines that begin with "#" are comments.
-template <std::size_t N>
-std::vector<Row<N>> read_table(const fs::path& file,
-                               const std::array<std::string, N>& titles) {
-  std::ifstream in(file);
-  if (!in) throw Problem(file.string() + ": cannot be read");
-  std::vector<Row<N>> rows;
-  std::string line;
-  bool titled = false;
-  for (int number = 1; std::getline(in, line); ++number) {
-    if (line.ends_with('\r')) line.pop_back();
-    if (line.starts_with('#')) continue;
-    Row<N> row{file.string() + ":" + std::to_string(number), {}};
-    const std::vector<std::string> fields = fields_of(line, row.place);
-    row.require(fields.size() == N, std::to_string(fields.size()) +
-                                        " fields instead of " +
-                                        std::to_string(N));
-    std::move(fields.begin(), fields.end(), row.fields.begin());
-    row.require(titled || row.fields == titles, "unknown column titles");
-    if (titled) rows.push_back(row);
-    titled = true;
-  }
-  if (rows.empty()) throw Problem(file.string() + ": has no rows");
-  return rows;
-}
-
-// The value of digits with at most one point; nothing if `text` is none.
-std::optional<double> plain_number(const std::string& text) {
-  if (text.find_first_not_of("0123456789.") != text.npos) return {};
-  double value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [last, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc{} || last != end) return {};
-  return value;
-}
-
-bool is_positive(const std::string& text) {
-  return plain_number(text).value_or(0) > 0;
 }
 
 struct Element {
@@ -342,13 +264,6 @@ std::string density_file(const fs::path& sources,
   }
   require_all_seen(file, seen);
   return text + "End of the densities\n";
-}
-
-void write_file(const fs::path& file, const std::string& text) {
-  std::ofstream out(file, std::ios::binary);
-  out << text;
-  out.close();
-  if (!out) throw Problem(file.string() + ": cannot be written");
 }
 
 void make_data(const fs::path& sources, const fs::path& output) {

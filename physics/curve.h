@@ -1,0 +1,106 @@
+// A quantity over the energy, ready to be evaluated: one cubic in ln E for
+// ln y in each interval between two rows, and a grid that finds the interval.
+
+#ifndef PHYSICS_CURVE_H_
+#define PHYSICS_CURVE_H_
+
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "physics/quantities.h"
+
+namespace physics {
+
+// ln y = a + t (b + t (c + t d)) with t = ln E - x, from `keV` to that of the
+// next piece.
+struct Cubic {
+  double keV;
+  double x;  // ln keV
+  double a, b, c, d;
+};
+
+class Curve {
+ public:
+  // pieces  energies rise; the last one is a mere point, so that both ends of
+  //         the range can be evaluated
+  // grid    of grid_of() below
+  // Both must outlive the curve.
+  constexpr Curve(std::span<const Cubic> pieces,
+                  std::span<const std::uint8_t> grid)
+      : pieces_(pieces), grid_(grid), first_cell_(cell(pieces.front().keV)) {}
+
+  constexpr Energy first() const { return {pieces_.front().keV}; }
+  constexpr Energy last() const { return {pieces_.back().keV}; }
+  // Not NaN.
+  constexpr bool holds(Energy e) const { return first() <= e && e <= last(); }
+
+  constexpr std::span<const Cubic> pieces() const { return pieces_; }
+
+  // ln y at an energy that the curve holds; on an edge the upper side.
+  double ln(Energy e) const { return at(e, std::log(e.keV)); }
+  double at(Energy e, double ln_keV) const {
+    return value(pieces_[index(e)], ln_keV);
+  }
+
+  // The same on the lower side of an edge.
+  double ln_below(Energy e) const {
+    std::size_t i = index(e);
+    if (pieces_[i].keV == e.keV && i > 0) --i;
+    return value(pieces_[i], std::log(e.keV));
+  }
+
+  // The straight line in ln y over ln E through the rows on both sides.
+  double ln_straight(Energy e) const;
+
+  // Cells of the grid: equal exponent and equal first bits of the mantissa.
+  static constexpr std::uint64_t cell(double keV) {
+    return std::bit_cast<std::uint64_t>(keV) >> (52 - kMantissaBits);
+  }
+
+ private:
+  static constexpr int kMantissaBits = 4;
+
+  static double value(const Cubic& p, double ln_keV) {
+    const double t = ln_keV - p.x;
+    return p.a + t * (p.b + t * (p.c + t * p.d));
+  }
+
+  // The piece that begins at `e` or last before it.
+  std::size_t index(Energy e) const {
+    std::size_t i = grid_[cell(e.keV) - first_cell_];
+    while (i + 1 < pieces_.size() && pieces_[i + 1].keV <= e.keV) ++i;
+    return i;
+  }
+
+  std::span<const Cubic> pieces_;
+  std::span<const std::uint8_t> grid_;
+  std::uint64_t first_cell_;
+};
+
+// What the monotone cubic goes through.
+struct CurvePoint {
+  double keV;
+  double y;  // above 0
+};
+
+// Energies rise; two points of one energy are an edge, below and above it.
+// Piecewise cubic Hermite in ln y over ln E with the weighted harmonic slopes
+// of F. N. Fritsch and J. Butland, SIAM J. Sci. Stat. Comput. 5 (1984) 300, and
+// three-point slopes at the ends, limited to keep the shape, as pchip of MATLAB
+// and SciPy has them. Each segment between edges stands for itself; one of two
+// points is a straight line.
+// Throws std::invalid_argument: fewer than two points, energies or values that
+// are not positive or do not rise, a segment of one point, over 256 pieces.
+std::vector<Cubic> pchip(std::span<const CurvePoint> points);
+
+// For each cell from the first energy to the last, the last piece that begins
+// before the cell; 0 for the first cell.
+std::vector<std::uint8_t> grid_of(std::span<const Cubic> pieces);
+
+}  // namespace physics
+
+#endif  // PHYSICS_CURVE_H_

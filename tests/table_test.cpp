@@ -1,0 +1,164 @@
+#include "physics/table.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "physics/curve.h"
+#include "physics/data.h"
+#include "tests/support.h"
+
+namespace {
+
+using physics::builtin;
+using physics::Energy;
+
+double mu(int z, double keV) {
+  return mass_attenuation(builtin().table(z), {keV}).cm2_g;
+}
+double mu_en(int z, double keV) {
+  return energy_absorption(builtin().table(z), {keV}).cm2_g;
+}
+
+TEST(Table, IsThePchipOfSciPy) {
+  // scipy 1.10.1, PchipInterpolator on logarithms over the rows of tables.csv
+  // (and over those with mu_en), each segment between edges for itself.
+  const struct {
+    int z;
+    double keV, mu, mu_en;
+  } rows[] = {
+      {1, 1.0, 7.217, 6.82},
+      {1, 2.7, 0.6365879995899859, 0.24098905934302692},
+      {1, 20000, 0.021529999999999994, 0.016059999999999998},
+      {24, 5.5, 83.07456469358323, 81.02961691138206},
+      {24, 5.9892, 518.9999999999999, 402.7},  // above the K edge
+      {24, 6.4, 448.0585393642792, 380.1974069783863},
+      {26, 14.41295, 63.679800594512535, 54.33288627856487},
+      {50, 4.3, 1064.2375011100119, 1006.0169302448232},
+      {79, 2.2, 923.9293639861194, 912.609341082179},
+      {82, 15.5, 142.1735672324909, 108.70226193041236},  // L2, L1 beside it
+      {82, 88.0045, 7.683000000000002, 2.16},
+      {82, 661.657, 0.11033697631500425, 0.05931423082290778},
+      {92, 5.3, 814.4865716532456, 785.3144704007153},
+      {92, 1332.5, 0.06054980482963463, 0.03163925163996379},
+  };
+  for (const auto& row : rows) {
+    EXPECT_NEAR(mu(row.z, row.keV) / row.mu, 1, 1e-13) << row.z;
+    EXPECT_NEAR(mu_en(row.z, row.keV) / row.mu_en, 1, 1e-13) << row.z;
+  }
+}
+
+TEST(Table, AnEdgeHasTwoSides) {
+  const physics::Table& iron = builtin().table(26);
+  // K edge of tables.csv: 7.112 keV, 53.19 below and 407.6 above.
+  EXPECT_NEAR(mass_attenuation(iron, {7.112}).cm2_g, 407.6, 1e-10);
+  EXPECT_NEAR(mass_attenuation_below(iron, {7.112}).cm2_g, 53.19, 1e-11);
+  const double near = std::nextafter(7.112, 0);
+  EXPECT_NEAR(mass_attenuation(iron, {near}).cm2_g, 53.19, 1e-11);
+  for (const double keV : {1.0, 6.0, 14.4, 20000.0}) {
+    EXPECT_DOUBLE_EQ(mass_attenuation_below(iron, {keV}).cm2_g, mu(26, keV));
+  }
+}
+
+TEST(Table, OutsideIsAnError) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const double keV : {std::nextafter(1.0, 0), std::nextafter(2e4, 3e4),
+                           0.0, -14.4, infinite, -infinite, nan}) {
+    EXPECT_THROW(mu(92, keV), physics::OutsideTable) << keV;
+    EXPECT_THROW(mu_en(92, keV), physics::OutsideTable) << keV;
+  }
+}
+
+TEST(Table, IsMonotoneBetweenRows) {
+  constexpr int kSteps = 20;
+  for (int z = 1; z <= physics::kElements; ++z) {
+    const physics::Table& table = builtin().table(z);
+    for (const physics::Curve* curve : {&table.total, &table.absorption}) {
+      const auto pieces = curve->pieces();
+      for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
+        const double end = pieces[i + 1].keV;
+        const double falls =
+            curve->ln_below({end}) < curve->ln({pieces[i].keV}) ? 1 : -1;
+        double last = curve->ln({pieces[i].keV});
+        for (int step = 1; step <= kSteps; ++step) {
+          const double keV =
+              pieces[i].keV + (end - pieces[i].keV) * step / kSteps;
+          const double next = curve->ln_below({std::min(keV, end)});
+          EXPECT_LE((next - last) * falls, 1e-14) << z << " at " << keV;
+          last = next;
+        }
+      }
+    }
+  }
+}
+
+TEST(Curve, ASegmentOfTwoPointsIsStraight) {
+  const std::vector<physics::CurvePoint> points{
+      {1, 100}, {2, 10}, {2, 50}, {4, 5}, {4, 20}, {8, 1}, {16, 0.5}};
+  const auto pieces = physics::pchip(points);
+  const auto grid = physics::grid_of(pieces);
+  const physics::Curve curve(pieces, grid);
+  EXPECT_NEAR(std::exp(curve.ln({std::sqrt(8.0)})), std::sqrt(250.0), 1e-12);
+  EXPECT_NEAR(std::exp(curve.ln({2})), 50, 1e-12);
+  EXPECT_NEAR(std::exp(curve.ln_below({2})), 10, 1e-12);
+  EXPECT_NEAR(std::exp(curve.ln({16})), 0.5, 1e-12);
+  EXPECT_NE(curve.ln({6}), curve.ln_straight({6}));
+  const std::vector<std::vector<physics::CurvePoint>> faulty{
+      {},
+      {{1, 2}},
+      {{1, 2}, {1, 3}, {2, 3}},          // nothing below the edge
+      {{1, 2}, {2, 3}, {2, 4}},          // nothing above
+      {{1, 2}, {2, 1}, {2, 3}, {2, 4}},  // twice an edge
+      {{2, 2}, {1, 3}},
+      {{1, 2}, {2, 0}},
+      {{0, 2}, {2, 1}},
+      {{1, std::nan("")}, {2, 1}}};
+  for (const auto& rows : faulty) {
+    EXPECT_THROW(physics::pchip(rows), std::invalid_argument) << rows.size();
+  }
+}
+
+TEST(Catalogue, NamesFindTheirEntry) {
+  const struct {
+    const char* typed;
+    const char* name;  // null if there is none
+  } materials[] = {
+      {"kapton", "kapton"},
+      {"stainless steel 304", "stainless-steel-304"},
+      {"stainless-steel", "stainless-steel-304"},
+      {"nitroprusside", "sodium-nitroprusside"},
+      {"pvc", "pvc"},
+      // Formulas in small letters are no names.
+      {"fe2o3", nullptr},
+      {"sic", nullptr},
+      {"d2o", nullptr},
+      {"iron", nullptr},
+      {"Kapton", nullptr},
+      {"", nullptr},
+  };
+  for (const auto& row : materials) {
+    const auto* const found = physics::named_material(row.typed);
+    EXPECT_EQ(found ? std::string(found->name) : "", row.name ? row.name : "")
+        << row.typed;
+  }
+  const struct {
+    const char* typed;
+    const char* name;
+    std::size_t lines;
+  } sources[] = {
+      {"57Co", "57Co", 8},      {"co-57", "57Co", 8},
+      {"COBALT-57", "57Co", 8}, {"sn119m", "119mSn", 6},
+      {"CuKa", "CuKa", 2},      {"copper anode", "Cu-anode", 3},
+      {"57Fe", "", 0},          {"", "", 0},
+  };
+  for (const auto& row : sources) {
+    const auto* const found = physics::source(row.typed);
+    EXPECT_EQ(found ? std::string(found->name) : "", row.name) << row.typed;
+    EXPECT_EQ(found ? found->lines.size() : 0, row.lines) << row.typed;
+  }
+}
+
+}  // namespace
