@@ -1,0 +1,68 @@
+#include "attenuate/echo.h"
+
+#include <string_view>
+
+#include "attenuate/number.h"
+#include "attenuate/quantity.h"
+
+namespace attenuate {
+namespace {
+
+std::string_view symbol(int z) {
+  return physics::builtin().elements()[static_cast<std::size_t>(z) - 1].symbol;
+}
+
+std::string thickness(const Question& question, std::size_t layer) {
+  const Thickness& given = question.thicknesses[layer];
+  const std::string area_mass =
+      area_mass_in_words(question.layers[layer].d.g_cm2);
+  switch (given.given) {
+    case Given::kNothing:
+      return {};
+    case Given::kLength:
+      return "  " + length_in_words(given.length.cm) + " = " + area_mass;
+    case Given::kAreaMass:
+      return "  " + area_mass;
+    case Given::kWanted:
+      return "  for " + given.typed;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string echo(const physics::Material& material) {
+  std::string text = material.read;
+  if (material.molar_mass) {
+    text += "  " + number(*material.molar_mass, 5) + " g/mol";
+  }
+  if (material.density) {
+    text += "  " + number(material.density->g_cm3) + " g/cm3";
+    if (!material.density_origin.empty()) {
+      text += " (" + material.density_origin + ")";
+    }
+  }
+  return text;
+}
+
+std::string echo(const Question& question, std::size_t layer) {
+  return echo(question.layers[layer].material) + thickness(question, layer);
+}
+
+std::vector<std::string> fractions(const physics::Material& material,
+                                   std::size_t width) {
+  std::vector<std::string> lines;
+  if (material.constituents.size() < 2) return lines;
+  for (const auto& part : material.constituents) {
+    const std::string text = std::string(symbol(part.z)) + " " +
+                             number(100 * part.mass_fraction, 4) + " %";
+    if (lines.empty() || lines.back().size() + 2 + text.size() > width) {
+      lines.push_back(text);
+    } else {
+      lines.back() += "  " + text;
+    }
+  }
+  return lines;
+}
+
+}  // namespace attenuate

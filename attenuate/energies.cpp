@@ -1,0 +1,193 @@
+#include "attenuate/energies.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "attenuate/number.h"
+#include "attenuate/quantity.h"
+#include "attenuate/words.h"
+#include "physics/data.h"
+#include "physics/errors.h"
+
+namespace attenuate {
+namespace {
+
+using physics::InputError;
+
+std::string quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
+
+// Runs `read` on `part` of `word`; the column of its errors counts from `word`.
+template <typename Read>
+auto in_part(std::string_view word, std::string_view part, Read read) {
+  try {
+    return read(part);
+  } catch (const InputError& error) {
+    const auto before = static_cast<int>(part.data() - word.data());
+    throw InputError(error.message(), error.column() + before, error.hint());
+  }
+}
+
+physics::Energy energy_in(std::string_view word, std::string_view part) {
+  return in_part(word, part, [](std::string_view p) { return energy(p); });
+}
+
+std::size_t limited(double count, int column) {
+  if (count <= static_cast<double>(kMostEnergies)) {
+    return static_cast<std::size_t>(count);
+  }
+  throw InputError(
+      "more than " + std::to_string(kMostEnergies) + " energies are asked for",
+      column);
+}
+
+// "500log" counts the energies of a range.
+std::optional<std::size_t> log_count(std::string_view part, int column) {
+  if (!part.ends_with("log")) return std::nullopt;
+  const std::string_view digits = part.substr(0, part.size() - 3);
+  double count = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, count);
+  if (error != std::errc() || stop != end || count != std::floor(count) ||
+      count < 2) {
+    throw InputError(quoted(digits) + " counts no energies", column,
+                     "at least 2, as in 5:30:100log");
+  }
+  return limited(count, column);
+}
+
+Beam range(std::string_view word) {
+  const std::size_t first = word.find(':');
+  const std::size_t second = word.find(':', first + 1);
+  if (second == std::string_view::npos || second + 1 == word.size()) {
+    throw InputError("a range needs a step or a count",
+                     static_cast<int>(word.size()) + 1,
+                     "5:30:0.5 in steps of 0.5 keV, 5:30:100log for 100 "
+                     "energies");
+  }
+  Beam beam;
+  beam.from = energy_in(word, word.substr(0, first));
+  beam.to = energy_in(word, word.substr(first + 1, second - first - 1));
+  if (beam.to <= beam.from) {
+    throw InputError("a range rises", static_cast<int>(first) + 2,
+                     "the lower energy first");
+  }
+  const int column = static_cast<int>(second) + 2;
+  if (const auto count = log_count(word.substr(second + 1), column)) {
+    beam.kind = Beam::Kind::kLogSteps;
+    beam.count = *count;
+    return beam;
+  }
+  beam.kind = Beam::Kind::kSteps;
+  beam.step = energy_in(word, word.substr(second + 1));
+  // A step that ends next to the last energy reaches it: 0.1 is no exact
+  // number.
+  const double steps = (beam.to.keV - beam.from.keV) / beam.step.keV;
+  beam.count = limited(std::floor(steps * (1 + 1e-12) + 1e-9) + 1, column);
+  return beam;
+}
+
+const physics::Edge* find_edge(int z, std::string_view shell) {
+  const auto edges = physics::edges(z);
+  const auto found =
+      std::find_if(edges.begin(), edges.end(),
+                   [shell](const auto& edge) { return edge.shell == shell; });
+  return found == edges.end() ? nullptr : &*found;
+}
+
+const physics::Edge& edge_named(std::string_view word, std::size_t colon,
+                                std::string_view shell) {
+  const std::string_view symbol = word.substr(0, colon);
+  const physics::Element* element = physics::element_with_symbol(symbol);
+  if (element == nullptr) {
+    throw InputError(quoted(symbol) + " is not an element", 1,
+                     "an edge is written Fe:K or Fe:K+50eV");
+  }
+  const physics::Edge* edge = find_edge(element->z, shell);
+  if (edge != nullptr) return *edge;
+  std::string shells;
+  for (const auto& known : physics::edges(element->z)) {
+    shells += (shells.empty() ? "" : " ") + std::string(known.shell);
+  }
+  throw InputError(std::string(element->name) + " has no edge " + quoted(shell),
+                   static_cast<int>(colon) + 2, shells);
+}
+
+// "Fe:K", "Fe:L3-20eV".
+Beam edge(std::string_view word) {
+  const std::size_t colon = word.find(':');
+  const std::size_t sign = word.find_first_of("+-", colon);
+  const std::string_view shell = word.substr(
+      colon + 1, sign == std::string_view::npos ? std::string_view::npos
+                                                : sign - colon - 1);
+  Beam beam;
+  beam.from = edge_named(word, colon, shell).energy;
+  if (sign != std::string_view::npos) {
+    const double offset = energy_in(word, word.substr(sign + 1)).keV;
+    beam.from.keV += word[sign] == '+' ? offset : -offset;
+  }
+  if (!(beam.from.keV > 0)) {
+    throw InputError("an energy must be above 0", static_cast<int>(sign) + 1);
+  }
+  return beam;
+}
+
+bool looks_like_edge(std::string_view item) {
+  const std::size_t colon = item.find(':');
+  return colon != std::string_view::npos && colon > 0 &&
+         ('A' <= item[0] && item[0] <= 'Z');
+}
+
+Beam beam(std::string_view item) {
+  Beam found;
+  if (const auto* source = physics::source(item); source != nullptr) {
+    found.kind = Beam::Kind::kSource;
+    found.source = source;
+    found.count = source->lines.size();
+    return found;
+  }
+  if (looks_like_edge(item)) return edge(item);
+  if (item.find(':') != std::string_view::npos) return range(item);
+  if (item.empty()) throw InputError("an energy is missing here", 1);
+  found.from = energy(item);
+  return found;
+}
+
+// "14,4" was perhaps one number.
+bool decimal_comma(std::string_view word) {
+  const std::size_t comma = word.find(',');
+  const auto digits = [](std::string_view part) {
+    return !part.empty() &&
+           part.find_first_not_of("0123456789") == std::string_view::npos;
+  };
+  return comma != std::string_view::npos && digits(word.substr(0, comma)) &&
+         digits(word.substr(comma + 1));
+}
+
+}  // namespace
+
+bool names_energies(std::string_view word) {
+  const std::string_view item = word.substr(0, word.find(','));
+  return looks_like_edge(item) || physics::source(item) != nullptr;
+}
+
+void read_energies(std::string_view word, std::size_t at,
+                   std::vector<Beam>& beams, std::vector<std::string>& notes) {
+  std::size_t begin = 0;
+  while (true) {
+    const std::size_t comma = std::min(word.find(',', begin), word.size());
+    const std::string_view item = word.substr(begin, comma - begin);
+    beams.push_back(in_part(word, item, beam));
+    beams.back().at = at + begin;
+    if (comma == word.size()) break;
+    begin = comma + 1;
+  }
+  if (decimal_comma(word)) {
+    notes.emplace_back("',' separates energies; a decimal takes a point");
+  }
+}
+
+}  // namespace attenuate

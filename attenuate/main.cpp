@@ -1,0 +1,105 @@
+// attenuate: the question in one line, the answer in one line. It never asks
+// anything.
+
+#include <unistd.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "attenuate/answer.h"
+#include "attenuate/batch.h"
+#include "attenuate/complaint.h"
+#include "attenuate/help.h"
+#include "attenuate/options.h"
+#include "attenuate/output.h"
+#include "attenuate/subcommands.h"
+#include "attenuate/words.h"
+#include "attenuate/writers.h"
+#include "base/fatal.h"
+
+namespace attenuate {
+namespace {
+
+using Arguments = std::span<const std::string_view>;
+
+std::string joined(Arguments words) {
+  std::string text;
+  for (const auto word : words) {
+    if (!text.empty()) text += ' ';
+    text += word;
+  }
+  return text;
+}
+
+int refused(const physics::InputError& error, std::string_view typed) {
+  complain(complaint(error, typed));
+  return kRefused;
+}
+
+int answer_question(const Request& request, Output& output) {
+  Question question;
+  try {
+    Reader(*request.settings.data).read(request.words, question);
+    const auto writer = writer_for(output, request.settings, Shape::kSingle);
+    Answerer(request.settings).answer(question, *writer);
+    writer->finish();
+    return 0;
+  } catch (const physics::InputError& error) {
+    return refused(error, question.typed);
+  }
+}
+
+std::string told(const Request& request) {
+  switch (request.told) {
+    case Told::kHelp:
+      return help();
+    case Told::kHelpAll:
+      return help_all();
+    default:
+      return std::string(kProgram) + "\n" +
+             std::string(request.settings.data->version()) + "\n";
+  }
+}
+
+int answer_request(Arguments arguments, Output& output) {
+  const Request request = read_options(arguments);
+  if (request.told != Told::kNothing) {
+    output.text(told(request));
+    return 0;
+  }
+  if (!request.batch) return answer_question(request, output);
+  if (request.words.empty()) {
+    return answer_batch(*request.batch, request.settings, output);
+  }
+  throw physics::InputError("--batch takes its questions from the file alone",
+                            0);
+}
+
+int run(Arguments arguments) {
+  Output output(STDOUT_FILENO);
+  try {
+    const Subcommand* entry =
+        arguments.empty() ? nullptr : subcommand(arguments[0]);
+    const int status = entry == nullptr
+                           ? answer_request(arguments, output)
+                           : entry->run(arguments.subspan(1), output);
+    output.flush();
+    return status;
+  } catch (const physics::InputError& error) {
+    return refused(error, error.column() > 0 ? joined(arguments) : "");
+  } catch (const WriteError& error) {
+    complain(std::string("error: ") + error.what() + "\n");
+  } catch (const base::FatalEnd& end) {
+    complain(end.report());
+  }
+  return kRefused;
+}
+
+}  // namespace
+}  // namespace attenuate
+
+int main(int argc, char** argv) {
+  const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+  return attenuate::run(arguments);
+}

@@ -1,0 +1,36 @@
+// The options of the command.
+
+#ifndef ATTENUATE_OPTIONS_H_
+#define ATTENUATE_OPTIONS_H_
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "attenuate/settings.h"
+#include "physics/data.h"
+
+namespace attenuate {
+
+enum class Told { kNothing, kHelp, kHelpAll, kVersion };
+
+// A command line, taken apart.
+struct Request {
+  Settings settings;
+  std::vector<std::string_view> words;  // what is no option
+  std::optional<std::string> batch;     // file of questions, "-" for input
+  Told told = Told::kNothing;           // instead of an answer
+  // What settings.data points to, where that is not built in.
+  std::unique_ptr<const physics::Data> own_data;
+};
+
+// `arguments` outlive the request. Throws physics::InputError: an option that
+// is unknown or wrong; base::FatalEnd: data that cannot be read.
+Request read_options(std::span<const std::string_view> arguments);
+
+}  // namespace attenuate
+
+#endif  // ATTENUATE_OPTIONS_H_

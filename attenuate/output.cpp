@@ -1,0 +1,37 @@
+#include "attenuate/output.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+namespace attenuate {
+
+void Output::text(std::string_view text) {
+  while (!text.empty()) {
+    if (used_ == kSize) flush();
+    const std::size_t count = std::min(text.size(), kSize - used_);
+    std::memcpy(&buffer_[used_], text.data(), count);
+    used_ += count;
+    text.remove_prefix(count);
+  }
+}
+
+void Output::flush() {
+  std::size_t done = 0;
+  while (done < used_) {
+    const ssize_t count = ::write(descriptor_, &buffer_[done], used_ - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) {
+      used_ = 0;
+      throw WriteError(std::string("the answer cannot be written: ") +
+                       std::strerror(errno));
+    }
+    done += static_cast<std::size_t>(count);
+  }
+  used_ = 0;
+}
+
+}  // namespace attenuate

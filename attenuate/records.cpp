@@ -1,0 +1,127 @@
+#include "attenuate/records.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace attenuate {
+namespace {
+
+std::size_t width_of(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(
+      text.begin(), text.end(),
+      [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+// The names of the columns have their units behind underscores.
+std::string cell(const RecordColumn& column, std::string_view text) {
+  const std::size_t width = width_of(text);
+  const std::size_t blanks = column.width > width ? column.width - width : 1;
+  std::string padding(column.width == 0 ? 0 : blanks, ' ');
+  return column.show == Show::kNumber ? padding + std::string(text)
+                                      : std::string(text) + padding;
+}
+
+void write_text_line(std::string line, Output& output) {
+  line.erase(line.find_last_not_of(' ') + 1);
+  output.text(line + "\n");
+}
+
+void write_details(const Records& records, const std::vector<std::string>& row,
+                   Output& output) {
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    if (records.columns[i].show != Show::kDetail || row[i].empty()) continue;
+    std::string name(records.columns[i].name);
+    std::replace(name.begin(), name.end(), '_', ' ');
+    output.text("    " + name + ": " + row[i] + "\n");
+  }
+}
+
+void write_text(const Records& records, bool details, Output& output) {
+  std::string heading;
+  for (const auto& column : records.columns) {
+    if (column.show == Show::kDetail) continue;
+    heading += cell(column, column.name);
+    if (column.show == Show::kNumber) heading += "  ";
+  }
+  write_text_line(heading, output);
+  for (const auto& row : records.rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      if (records.columns[i].show == Show::kDetail) continue;
+      line += cell(records.columns[i], row[i]);
+      if (records.columns[i].show == Show::kNumber) line += "  ";
+    }
+    write_text_line(line, output);
+    if (details) write_details(records, row, output);
+  }
+}
+
+std::string field(const std::string& text, char separator) {
+  if (separator == '\t' || text.find_first_of(",\"") == std::string::npos) {
+    return text;
+  }
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+void write_separated(const Records& records, char separator, Output& output) {
+  const std::string between(1, separator);
+  for (std::size_t i = 0; i < records.columns.size(); ++i) {
+    output.text((i > 0 ? between : "") + std::string(records.columns[i].name));
+  }
+  output.character('\n');
+  for (const auto& row : records.rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      output.text((i > 0 ? between : "") + field(row[i], separator));
+    }
+    output.character('\n');
+  }
+}
+
+nlohmann::ordered_json object(const Records& records,
+                              const std::vector<std::string>& row) {
+  nlohmann::ordered_json json;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    auto& value = json[std::string(records.columns[i].name)];
+    if (row[i].empty()) continue;
+    if (records.columns[i].show == Show::kNumber) {
+      value = nlohmann::ordered_json::parse(row[i]);
+    } else {
+      value = row[i];
+    }
+  }
+  return json;
+}
+
+void write_json(const Records& records, bool lines, Output& output) {
+  if (!lines) output.text("[\n");
+  for (std::size_t i = 0; i < records.rows.size(); ++i) {
+    if (i > 0) output.text(lines ? "\n" : ",\n");
+    output.text(object(records, records.rows[i]).dump());
+  }
+  output.text(lines ? "\n" : "\n]\n");
+}
+
+}  // namespace
+
+void write_records(const Records& records, Format format, bool details,
+                   Output& output) {
+  switch (format) {
+    case Format::kTsv:
+      return write_separated(records, '\t', output);
+    case Format::kCsv:
+      return write_separated(records, ',', output);
+    case Format::kJson:
+      return write_json(records, false, output);
+    case Format::kJsonLines:
+      return write_json(records, true, output);
+    case Format::kText:
+      return write_text(records, details, output);
+  }
+}
+
+}  // namespace attenuate
