@@ -4,9 +4,7 @@
 #include <charconv>
 
 namespace physics {
-namespace {
 
-// Short and without locale: 14.4, 20000.
 std::string short_number(double value) {
   std::array<char, 32> digits{};
   const auto [end, error] =
@@ -14,8 +12,6 @@ std::string short_number(double value) {
                     std::chars_format::general, 6);
   return {digits.data(), end};
 }
-
-}  // namespace
 
 OutsideTable::OutsideTable(int z, Energy energy, Energy first, Energy last)
     : std::runtime_error(

@@ -11,6 +11,9 @@
 
 namespace physics {
 
+// A number for a message, short and without locale: 14.4, 20000.
+std::string short_number(double value);
+
 // An input that cannot be understood, or that has no answer.
 class InputError : public std::runtime_error {
  public:

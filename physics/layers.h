@@ -38,21 +38,35 @@ double mu_x(std::span<const Layer> layers, Energy energy,
 double transmission(std::span<const Layer> layers, Energy energy,
                     Rule rule = Rule::kPchip, const Data& data = builtin());
 
-// Transmission of a beam of several lines, weighted. Throws OutsideTable.
+// Transmission of a beam of several lines, weighted; lines without weight are
+// left out.
+// Throws OutsideTable; InputError: weights that are negative, no numbers or
+// all 0.
 double transmission(std::span<const Layer> layers, std::span<const Line> lines,
                     Weighting weighting = Weighting::kPhotons,
                     Rule rule = Rule::kPchip, const Data& data = builtin());
 
 // The areal mass of layer `unknown` (0 to layers.size() - 1, whose own is not
 // read) with which the whole transmits `wanted` of the lines. One line has a
-// closed answer; for several a bracketed root search runs until neighbouring
-// doubles, so that it cannot stop early.
-// Throws InputError: `wanted` is not above 0 and at most 1, or the other layers
-// alone transmit less; OutsideTable.
+// closed answer; for several ln T falls with the thickness at least by the
+// smallest and at most by the largest mu/rho of the lines, which brackets the
+// root, and bisection goes on until neighbouring doubles. So the search can
+// neither miss nor stop early.
+// Throws InputError: `wanted` is not above 0 and at most 1, the other layers
+// alone transmit less, weights as above; OutsideTable.
 AreaMass thickness_for(std::span<const Layer> layers, std::size_t unknown,
                        double wanted, std::span<const Line> lines,
                        Weighting weighting = Weighting::kPhotons,
                        Rule rule = Rule::kPchip, const Data& data = builtin());
+
+// The same for a wanted mu x of the whole at one energy: exact also where the
+// transmission is 0 or 1 to the last digit.
+// Throws InputError: `wanted` is no number from 0 on, or the other layers alone
+// have more; OutsideTable.
+AreaMass thickness_for_mu_x(std::span<const Layer> layers, std::size_t unknown,
+                            double wanted, Energy energy,
+                            Rule rule = Rule::kPchip,
+                            const Data& data = builtin());
 
 }  // namespace physics
 

@@ -3,31 +3,27 @@
 #include <cmath>
 
 namespace physics {
-namespace {
 
-// `curve`, if it holds `energy`.
-const Curve& holding(const Curve& curve, const Table& table, Energy energy) {
+const Curve& holding(const Curve& curve, int z, Energy energy) {
   // False for NaN too.
   if (curve.holds(energy)) return curve;
-  throw OutsideTable(table.z, energy, curve.first(), curve.last());
+  throw OutsideTable(z, energy, curve.first(), curve.last());
 }
 
-}  // namespace
-
 MassAttenuation mass_attenuation(const Table& table, Energy energy) {
-  return {std::exp(holding(table.total, table, energy).ln(energy))};
+  return {std::exp(holding(table.total, table.z, energy).ln(energy))};
 }
 
 MassAttenuation mass_attenuation_below(const Table& table, Energy energy) {
-  return {std::exp(holding(table.total, table, energy).ln_below(energy))};
+  return {std::exp(holding(table.total, table.z, energy).ln_below(energy))};
 }
 
 MassAttenuation energy_absorption(const Table& table, Energy energy) {
-  return {std::exp(holding(table.absorption, table, energy).ln(energy))};
+  return {std::exp(holding(table.absorption, table.z, energy).ln(energy))};
 }
 
 double interpolation_uncertainty(const Table& table, Energy energy) {
-  const Curve& curve = holding(table.total, table, energy);
+  const Curve& curve = holding(table.total, table.z, energy);
   return std::abs(std::expm1(curve.ln_straight(energy) - curve.ln(energy))) / 2;
 }
 

@@ -35,6 +35,9 @@ MassAttenuation energy_absorption(const Table& table, Energy energy);
 // Throws OutsideTable.
 double interpolation_uncertainty(const Table& table, Energy energy);
 
+// `curve` of the element `z`, which must hold `energy`. Throws OutsideTable.
+const Curve& holding(const Curve& curve, int z, Energy energy);
+
 // The range that the table can answer, both ends included.
 Energy first_energy(const Table& table);
 Energy last_energy(const Table& table);
