@@ -3,24 +3,22 @@
 #include <algorithm>
 #include <string>
 
-#include "base/array.h"
 #include "base/fatal.h"
-#include "base/harmless.h"
 #include "base/unit.h"
 #include "prompts/prompt.h"
 #include "terminal/readaline.h"
+#include "terminal/show.h"
 #include "text/stringlength.h"
 
 namespace toolkit {
 namespace {
 
+using base::Line;
 using base::Text;
 
-Text<132> edited_line() {
-  base::Array<int, 132> k{"k"};
-  const int length = terminal::readaline(k, ">");
-  std::string line;
-  for (int i = 1; i <= length; ++i) line += static_cast<char>(k(i));
+Line typed_line() {
+  std::string line = terminal::edited_line(">");
+  line.resize(std::min(line.size(), std::size_t{base::kLine}));
   if (!line.empty()) terminal::addhist(line.c_str());
   return line;
 }
@@ -33,7 +31,7 @@ std::string kept(const Text<80>& chstore, int ls) {
 }
 
 // The `ls` characters behind the first "[" of a script line.
-Text<132> recorded_answer(const Text<132>& line, int ls) {
+Line recorded_answer(const Line& line, int ls) {
   const auto open = line.full().find('[');
   if (open == std::string_view::npos) {
     base::fatal("Script line '" + std::string(line.trimmed()) +
@@ -45,11 +43,10 @@ Text<132> recorded_answer(const Text<132>& line, int ls) {
 
 }  // namespace
 
-void askstring(Text<132>& querytype, Text<132>& chstr, Text<132>& chcom,
-               int ncol, int /*nrd*/, int nwr) {
-  base::Unit& out = base::unit(nwr);
+void askstring(Line& querytype, Line& chstr, Line& chcom, int ncol, int /*nrd*/,
+               int nwr) {
   const Mode mode = take_mode(querytype);
-  Text<132> question = querytype;
+  Line question = querytype;
   int ld = 0;
   stringlength(question, ld);
   int ls = 0;
@@ -57,30 +54,27 @@ void askstring(Text<132>& querytype, Text<132>& chstr, Text<132>& chcom,
   ls = std::max(ls, 1);
 
   if (mode == Mode::kReplay) {
-    Text<132> line;
-    if (replayed(line, kEndOfScript, nwr)) {
-      chstr = recorded_answer(line, ls);
+    if (const auto line = replayed(kEndOfScript, nwr)) {
+      chstr = recorded_answer(*line, ls);
       return;
     }
   }
 
   const Text<80> querystore = querytype.columns(1, ld, "querytype");
-  const std::string restored(
-      Text<132>(querystore).columns(1, ld, "querystore"));
+  const std::string restored(Line(querystore).columns(1, ld, "querystore"));
   Text<80> chstore = chstr.columns(1, ls, "chstr");
   std::string prompt;
   char ch1 = ' ';
   for (;;) {
     prompt = std::string(querytype.columns(1, ld, "querytype")) + " [" +
              kept(chstore, ls) + "]";
-    // Ctrl-V types characters that would steer the terminal.
-    out.write(base::harmless((mode == Mode::kRecord ? "(b) " : "") + prompt));
+    terminal::show((mode == Mode::kRecord ? "(b) " : "") + prompt, nwr);
     terminal::addhist(kept(chstore, ls).c_str());
-    Text<132> answer = edited_line();
+    Line answer = typed_line();
     const Text<4> ch4 = answer.columns<1, 4>();
     ch1 = answer.columns<1, 1>().front();
     go_to_answer(nwr);
-    Text<132> cp132 = answer;
+    Line cp132 = answer;
     lc_character(cp132);
 
     if (ch4 == "back") {
@@ -98,7 +92,7 @@ void askstring(Text<132>& querytype, Text<132>& chstr, Text<132>& chcom,
     chstore = answer;
     erase_prompt(ncol, nwr);
   }
-  chstr = ch1 == ' ' ? Text<132>(chstore) : Text<132>("*");
+  chstr = ch1 == ' ' ? Line(chstore) : Line("*");
   if (mode == Mode::kRecord) base::unit(base::kScriptUnit).write(prompt);
 }
 

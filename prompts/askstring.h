@@ -19,10 +19,10 @@ namespace toolkit {
 // nrd    not read: the line comes from the line editor
 //
 // In replay mode the answer has the length of the default, not that of the
-// recorded answer; meant.
+// recorded answer: scripts are written for the defaults they were recorded at.
 // Fatal: end of input; an answer of more than 80 characters.
-void askstring(base::Text<132>& querytype, base::Text<132>& chstr,
-               base::Text<132>& chcom, int ncol, int nrd, int nwr);
+void askstring(base::Line& querytype, base::Line& chstr, base::Line& chcom,
+               int ncol, int nrd, int nwr);
 
 }  // namespace toolkit
 

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
-#include "base/array.h"
 #include "base/fatal.h"
 #include "base/unit.h"
 #include "prompts/prompt.h"
+#include "terminal/show.h"
 #include "text/stringend.h"
 #include "text/stringlength.h"
 #include "text/trlch.h"
@@ -15,37 +16,31 @@
 namespace toolkit {
 namespace {
 
+using base::Line;
 using base::Text;
 
-// A value as the prompt shows it.
-class ShownValue {
- public:
-  void format(Text<7>& form, float value) {
-    Text<24> chr;
-    int width = 0;
-    base::with_advice<base::RangeError>(
-        [&] { trlnu(form, value, chr, width, chl_, im_); },
-        "the number has too many digits for the question");
-  }
-  std::string_view shown() const { return chl_.columns(1, im_, "chl"); }
-  const Text<24>& text() const { return chl_; }
-
- private:
-  Text<24> chl_;
-  // Kept from the value before when a text is too long for its format.
-  int im_ = 0;
+// What the prompt shows of a value, and all that counts as shown.
+struct ShownValue {
+  std::string shown;
+  Text<24> text;
 };
 
-int numbers_in(const Text<132>& text, int columns, float& first) {
-  int iout = 0;
-  base::Array<float, 32> out{"out"};
-  trlch(columns, text, iout, out);
-  first = out(1);
-  return iout;
+// form  becomes the format that was used
+ShownValue shown_value(Text<7>& form, float value) {
+  const FormattedNumber number = base::with_advice<base::RangeError>(
+      [&] { return formatted(form, value); },
+      "the number has too many digits for the question");
+  form = number.format;
+  const int length = number.length.value_or(0);
+  return {std::string(number.left.columns(1, length, "chl")), number.left};
+}
+
+float first_of(const std::vector<float>& numbers) {
+  return numbers.empty() ? 0.0F : numbers.front();
 }
 
 // The number between the last "[" and "]" of a script line.
-float recorded_value(const Text<132>& line) {
+float recorded_value(const Line& line) {
   const std::string_view text = line.columns<1, 80>();
   const auto close = text.rfind(']');
   const auto open =
@@ -55,28 +50,24 @@ float recorded_value(const Text<132>& line) {
                     "' has no value in brackets",
                 "record the script again, or write the value as [1.5]");
   }
-  const Text<24> value = text.substr(open + 1, close - open - 1);
-  float first = 0.0F;
-  numbers_in(value, 16, first);
-  return first;
+  // More than 16 columns no format writes.
+  const Text<16> value = text.substr(open + 1, close - open - 1);
+  return first_of(numbers_in(value.full()));
 }
 
 }  // namespace
 
-void askvalue(Text<132>& querytype, Text<7>& form, float& value,
-              Text<132>& chcom, int ncol, int nrd, int nwr) {
-  base::Unit& out = base::unit(nwr);
+void askvalue(Line& querytype, Text<7>& form, float& value, Line& chcom,
+              int ncol, int nrd, int nwr) {
   const Mode mode = take_mode(querytype);
   int ld = ncol;
   stringend(querytype, ld);
-  ShownValue default_value;
-  default_value.format(form, value);
+  ShownValue current = shown_value(form, value);
 
   if (mode == Mode::kReplay) {
-    Text<132> line;
-    if (replayed(line, kEndOfScript, nwr)) {
-      out.write(line.trimmed());
-      value = recorded_value(line);
+    if (const auto line = replayed(kEndOfScript, nwr)) {
+      terminal::show(line->trimmed(), nwr);
+      value = recorded_value(*line);
       return;
     }
   }
@@ -85,9 +76,9 @@ void askvalue(Text<132>& querytype, Text<7>& form, float& value,
   for (;;) {
     const std::string prompt =
         std::string(querytype.columns(1, ld, "querytype")) + "=[" +
-        std::string(default_value.shown()) + "]";
-    out.write((mode == Mode::kRecord ? "(b) " : "") + prompt);
-    Text<132> answer;
+        current.shown + "]";
+    terminal::show((mode == Mode::kRecord ? "(b) " : "") + prompt, nwr);
+    Line answer;
     base::unit(nrd).read(answer);
     go_to_answer(nwr);
     lc_character(answer);
@@ -105,11 +96,12 @@ void askvalue(Text<132>& querytype, Text<7>& form, float& value,
     if (answer.blank()) {
       if (mode == Mode::kRecord) base::unit(base::kScriptUnit).write(prompt);
       // All of what is shown counts, also where the line is narrower.
-      if (numbers_in(default_value.text(), std::max(ncol, 24), value) == 0) {
+      const std::vector<float> numbers = numbers_in(current.text.full());
+      if (numbers.empty()) {
         base::note("no number can be read in " +
-                   std::string(default_value.text().trimmed()) +
-                   ": it counts as 0");
+                   std::string(current.text.trimmed()) + ": it counts as 0");
       }
+      value = first_of(numbers);
       return;
     }
     const char first = answer.columns<1, 1>().front();
@@ -117,10 +109,11 @@ void askvalue(Text<132>& querytype, Text<7>& form, float& value,
       querytype = "*";
       return;
     }
-    float typed = 0.0F;
-    if (numbers_in(answer, ncol, typed) != 1) continue;
-    value = typed;
-    default_value.format(form, value);
+    const std::vector<float> typed =
+        numbers_in(answer.columns(1, std::min(ncol, base::kLine), "answer"));
+    if (typed.size() != 1) continue;
+    value = typed.front();
+    current = shown_value(form, value);
     erase_prompt(ld, nwr);
   }
 }

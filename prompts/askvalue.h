@@ -24,8 +24,8 @@ namespace toolkit {
 // nrd, nwr   units of the dialogue
 //
 // Fatal: end of input; a script line without "[...]".
-void askvalue(base::Text<132>& querytype, base::Text<7>& form, float& value,
-              base::Text<132>& chcom, int ncol, int nrd, int nwr);
+void askvalue(base::Line& querytype, base::Text<7>& form, float& value,
+              base::Line& chcom, int ncol, int nrd, int nwr);
 
 }  // namespace toolkit
 

@@ -11,15 +11,17 @@
 namespace toolkit {
 namespace {
 
+using base::Line;
+
 constexpr std::string_view kScriptKey = help::Key("zoxu/script/alteration");
 
-void restore(base::Text<132>& querytype, std::string_view question) {
+void restore(Line& querytype, std::string_view question) {
   querytype.put(1, static_cast<int>(question.size()), question, "querytype");
 }
 
 }  // namespace
 
-Mode take_mode(base::Text<132>& querytype) {
+Mode take_mode(Line& querytype) {
   char& flag = querytype.at(132, "querytype");
   const Mode mode = flag == 'r'   ? Mode::kReplay
                     : flag == 'w' ? Mode::kRecord
@@ -41,22 +43,22 @@ void erase_prompt(int width, int nwr) {
   base::unit(nwr).write(std::string(" ") + terminal::kUp3);
 }
 
-bool replayed(base::Text<132>& line, std::string_view message, int nwr) {
-  if (base::unit(base::kScriptUnit).try_read(line)) return true;
+std::optional<Line> replayed(std::string_view message, int nwr) {
+  Line line;
+  if (base::unit(base::kScriptUnit).try_read(line)) return line;
   base::unit(nwr).write(message);
-  return false;
+  return std::nullopt;
 }
 
-void refuse_back(base::Text<132>& querytype, std::string_view question,
-                 int nwr) {
+void refuse_back(Line& querytype, std::string_view question, int nwr) {
   querytype = kScriptKey;
   help::help(querytype);
   base::unit(nwr).write(" a script file has not been defined");
   restore(querytype, question);
 }
 
-void show_help(base::Text<132>& querytype, std::string_view question,
-               const base::Text<132>& chcom, Mode mode) {
+void show_help(Line& querytype, std::string_view question, const Line& chcom,
+               Mode mode) {
   help::help(chcom);
   if (mode == Mode::kRecord) {
     querytype = kScriptKey;

@@ -6,6 +6,7 @@
 #ifndef PROMPTS_PROMPT_H_
 #define PROMPTS_PROMPT_H_
 
+#include <optional>
 #include <string_view>
 
 #include "base/text.h"
@@ -21,7 +22,7 @@ enum class Mode {
 };
 
 // Takes the flag out of the question.
-Mode take_mode(base::Text<132>& querytype);
+Mode take_mode(base::Line& querytype);
 
 // Moves the cursor from below the answer to the answer's line.
 void go_to_answer(int nwr);
@@ -30,27 +31,26 @@ void go_to_answer(int nwr);
 // answer's line, and leaves it on the question's.
 void erase_prompt(int width, int nwr);
 
-// What a replayed prompt shows where the script ends. Spelt so in every program
-// of the family; a yes/no prompt has "1" in place of the blank.
+// What a replayed prompt shows where the script ends. Whoever watches for these
+// lines knows them so, "sript" and the "1" of a yes/no prompt included.
 inline constexpr std::string_view kEndOfScript =
     " end of sript file: switch to interactive mode";
 inline constexpr std::string_view kEndOfScriptAtYesNo =
     "1end of sript file: switch to interactive mode";
 
-// Reads the script's next record. At its end writes `message` on unit `nwr` and
-// returns false.
-bool replayed(base::Text<132>& line, std::string_view message, int nwr);
+// The script's next record. At its end writes `message` on unit `nwr`; nothing.
+std::optional<base::Line> replayed(std::string_view message, int nwr);
 
 // Shows that there is no script to go back in, and the page about it.
-// `question`, the text that was shown, comes back into its columns; behind it
-// the tail of the page's key stays. Meant.
-void refuse_back(base::Text<132>& querytype, std::string_view question,
-                 int nwr);
+// `question`, the text that was shown, comes back into its columns. Behind it
+// the tail of the page's key stays, as the key was looked up in the question's
+// own field; it is not shown.
+void refuse_back(base::Line& querytype, std::string_view question, int nwr);
 
 // Shows the page of the key `chcom`, and in record mode the page about scripts
 // too, with the same effect on the question.
-void show_help(base::Text<132>& querytype, std::string_view question,
-               const base::Text<132>& chcom, Mode mode);
+void show_help(base::Line& querytype, std::string_view question,
+               const base::Line& chcom, Mode mode);
 
 }  // namespace toolkit
 

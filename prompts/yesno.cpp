@@ -5,25 +5,24 @@
 #include "base/unit.h"
 #include "help/help.h"
 #include "prompts/prompt.h"
+#include "terminal/show.h"
 #include "text/stringend.h"
 #include "text/stringlength.h"
 
 namespace toolkit {
 
-using base::Text;
+using base::Line;
 
-void yesno(Text<132>& querytype, char& ch1, Text<132>& chcom, int ncol, int nrd,
+void yesno(Line& querytype, char& ch1, Line& chcom, int ncol, int nrd,
            int nwr) {
-  base::Unit& out = base::unit(nwr);
   const Mode mode = take_mode(querytype);
   int ld = ncol;
   stringend(querytype, ld);
 
   if (mode == Mode::kReplay) {
-    Text<132> line;
-    if (replayed(line, kEndOfScriptAtYesNo, nwr)) {
-      out.write(line.trimmed());
-      const bool yes = line.full().find("[y]", 1) != std::string_view::npos;
+    if (const auto line = replayed(kEndOfScriptAtYesNo, nwr)) {
+      terminal::show(line->trimmed(), nwr);
+      const bool yes = line->full().find("[y]", 1) != std::string_view::npos;
       ch1 = yes ? 'y' : 'n';
       return;
     }
@@ -32,8 +31,8 @@ void yesno(Text<132>& querytype, char& ch1, Text<132>& chcom, int ncol, int nrd,
   for (;;) {
     const std::string prompt =
         std::string(querytype.columns(1, ld, "querytype")) + " [" + ch1 + "]";
-    out.write(prompt);
-    Text<132> answer;
+    terminal::show(prompt, nwr);
+    Line answer;
     base::unit(nrd).read(answer);
     go_to_answer(nwr);
     lc_character(answer);

@@ -18,8 +18,8 @@ namespace toolkit {
 //
 // In replay mode any line without "[y]" is a no.
 // Fatal: end of input.
-void yesno(base::Text<132>& querytype, char& ch1, base::Text<132>& chcom,
-           int ncol, int nrd, int nwr);
+void yesno(base::Line& querytype, char& ch1, base::Line& chcom, int ncol,
+           int nrd, int nwr);
 
 }  // namespace toolkit
 

@@ -1,5 +1,3 @@
-#include <tuple>
-
 #include "base/unit.h"
 #include "help/infopath.h"
 #include "prompts/askstring.h"
@@ -22,19 +20,25 @@ std::string erased(std::size_t width) {
   return kUp + kUp + blanks + blanks + " \x1b[3A\n";
 }
 
+enum Kind { kValue, kText, kYesNo };
+
 struct Prompt {
   explicit Prompt(char mode = ' ') { query.at(132, "query") = mode; }
 
-  // what  'v' for a value, 't' for a text, 'y' for yes or no
-  std::string ask(char what, const std::string& input, int ncol = 80) {
+  std::string ask(Kind kind, const std::string& input, int ncol = 80) {
     return tests::output_of(input, [=, this] {
-      if (what == 'v') toolkit::askvalue(query, form, value, key, ncol, 5, 6);
-      if (what == 't') toolkit::askstring(query, text, key, ncol, 5, 6);
-      if (what == 'y') toolkit::yesno(query, yes, key, ncol, 5, 6);
+      switch (kind) {
+        case kValue:
+          return toolkit::askvalue(query, form, value, key, ncol, 5, 6);
+        case kText:
+          return toolkit::askstring(query, text, key, ncol, 5, 6);
+        case kYesNo:
+          return toolkit::yesno(query, yes, key, ncol, 5, 6);
+      }
     });
   }
 
-  Text<132> query = "Energy", text = "Fe", key = "read/energy";
+  base::Line query = "Energy", text = "Fe", key = "read/energy";
   Text<7> form = "f8.2";
   float value = 122;
   char yes = 'y';
@@ -43,77 +47,122 @@ struct Prompt {
 
 TEST(Prompts, ValueIsKeptTypedQuitOrHelpedWith) {
   const std::string same = kAsked + kUp, typed = kAsked + erased(6);
-  const std::tuple<const char*, float, const char*, std::string> cases[] = {
+  const struct {
+    const char* input;
+    float value;
+    const char* query;
+    std::string output;
+  } cases[] = {
       // Not one number: asked again, nothing erased.
       {"5e3\nkeV\n\n", 122, "Energy", same + same + same},
       // Too wide: stars and the start of the text are shown, the value counts.
       {"123456.25\r\n\r\n", 123456.25F, "Energy",
-       typed + "Energy=[***123]\n" + kUp},
+       typed + "Energy=[***123456]\n" + kUp},
       {"  Q\n", 122, "*", same},
       {"*\n", 122, "*", same},
       {"HELP\n\n", 122, "Energy", same + kNoHelp + same},
       // Behind the question the tail of the page's key stays.
       {"back\n\n", 122, "Energycript/alteration",
-       same + kNoHelp + " a script file has not been defined\n" + same}};
-  for (const auto& [input, value, query, output] : cases) {
+       same + kNoHelp + " a script file has not been defined\n" + same},
+  };
+  for (const auto& c : cases) {
     Prompt prompt;
-    EXPECT_EQ(prompt.ask('v', input), output) << input;
-    EXPECT_EQ(prompt.value, value) << input;
-    EXPECT_EQ(prompt.query, query) << input;
+    EXPECT_EQ(prompt.ask(kValue, c.input), c.output) << c.input;
+    EXPECT_EQ(prompt.value, c.value) << c.input;
+    EXPECT_EQ(prompt.query, c.query) << c.input;
   }
-  Prompt narrow;  // All of what is shown counts, and no more.
+  Prompt narrow;  // All of what is shown counts, of an answer the columns.
   narrow.value = 0.0081F;
-  EXPECT_EQ(narrow.ask('v', "\n", 3), "Ene=[0.01]\n" + kUp);
-  EXPECT_EQ(narrow.value, 0.01F);
+  EXPECT_EQ(narrow.ask(kValue, "7.12\n\n", 3), "Ene=[0.01]\n" + kUp + kUp +
+                                                   "   \n   \n \x1b[3A\n" +
+                                                   "Ene=[7.10]\n" + kUp);
+  EXPECT_EQ(narrow.value, 7.1F);
 }
 
 TEST(Prompts, TextAndYesOrNoAreKeptOrTypedAndConfirmed) {
   const std::string longest(80, 'x');
-  // Four blanks count as empty. The default is in the history (Ctrl-P). Tab
-  // completes nothing, and Escape and RET turn no vi keys on.
-  for (const auto& f : tests::table(
-           "t,  Cu//,Cu|t,    Cu/,Fe|t,Quartz//,Quartz|t,quartz/,*|t,*/,*|"
-           "t,help//,help|t,HE//,Fe|t,back//,Fe|t,\x10O//,FeO|t,a\tb//,ab|"
-           "t,C\x1b/u//,Cu|t,\x1b[200~Cu//,Cu|t,\x16\x1b(//,\x1b(|y,no//,n|y,x/"
-           "/,y|y,n/ Yes//,y|y,Quit/,*|"
-           "y,help//,y|t," +
-           longest + "//," + longest)) {
+  const struct {
+    Kind kind;
+    std::string input, answer;
+  } cases[] = {
+      {kText, "Cu\n\n", "Cu"},
+      {kText, "    Cu\n", "Fe"},  // four blanks count as empty
+      {kText, "Quartz\n\n", "Quartz"},
+      {kText, "quartz\n", "*"},
+      {kText, "*\n", "*"},
+      {kText, "help\n\n", "help"},
+      {kText, "HE\n\n", "Fe"},
+      {kText, "back\n\n", "Fe"},
+      {kText, longest + "\n\n", longest},
+      // The default is in the history (Ctrl-P). Tab completes nothing, Escape
+      // and RET turn no vi keys on, a pasted mark swallows nothing.
+      {kText, "\x10O\n\n", "FeO"},
+      {kText, "a\tb\n\n", "ab"},
+      {kText, "C\x1b\nu\n\n", "Cu"},
+      {kText, "\x1b[200~Cu\n\n", "Cu"},
+      {kYesNo, "no\n\n", "n"},
+      {kYesNo, "x\n\n", "y"},
+      {kYesNo, "n\n Yes\n\n", "y"},
+      {kYesNo, "Quit\n", "*"},
+      {kYesNo, "help\n\n", "y"},
+  };
+  for (const auto& c : cases) {
     Prompt prompt;
-    prompt.ask(f[0][0], tests::typed(f[1]));
-    const Text<132> yes = std::string(1, prompt.yes);
-    EXPECT_EQ(f[0] == "t" ? prompt.text : yes, f[2]) << f[1];
+    prompt.ask(c.kind, c.input);
+    const base::Line yes = std::string(1, prompt.yes);
+    EXPECT_EQ(c.kind == kText ? prompt.text : yes, c.answer) << c.input;
   }
-  EXPECT_TRUE(has(Prompt().ask('t', "Cu\n\n"), erased(80) + "Energy [Cu]\n>"));
+  EXPECT_TRUE(
+      has(Prompt().ask(kText, "Cu\n\n"), erased(80) + "Energy [Cu]\n>"));
+}
+
+// Half of it must not become an answer, and the rest the next.
+TEST(Prompts, TextWithoutEndEndsTheRun) {
+  EXPECT_CAUSE(Prompt().ask(kText, std::string(2 << 20, 'x') + "\n\n"),
+               "end of input");
+}
+
+// Ctrl-V types what would steer the terminal, a script holds anything.
+TEST(Prompts, ShowNothingThatSteersTheTerminal) {
+  Prompt typed;
+  EXPECT_TRUE(has(typed.ask(kText, "\x16\x1b(\n\n"), "Energy [?(]\n>"));
+  EXPECT_EQ(typed.text, "\x1b(");
+  const tests::WorkingDirectory directory;
+  tests::write("script", "\x1b[2J=[14.40]\n\x1b[2J [y]\n");
+  base::unit(10).open("script");
+  EXPECT_EQ(Prompt('r').ask(kValue, ""), "?[2J=[14.40]\n");
+  EXPECT_EQ(Prompt('r').ask(kYesNo, ""), "?[2J [y]\n");
+  base::unit(10).close();
 }
 
 TEST(Prompts, ScriptIsRecordedAndReplayed) {
   base::Unit& script = base::unit(10);
   const tests::WorkingDirectory directory;
   script.create("script");
-  EXPECT_EQ(Prompt('w').ask('v', "14.4\n\n"),
+  EXPECT_EQ(Prompt('w').ask(kValue, "14.4\n\n"),
             "(b) " + kAsked + erased(6) + "(b) Energy=[14.40]\n" + kUp);
   // With the help of the question comes that of the script.
-  EXPECT_TRUE(has(Prompt('w').ask('t', "he\nCu\n\n"),
+  EXPECT_TRUE(has(Prompt('w').ask(kText, "he\nCu\n\n"),
                   kNoHelp + kNoHelp + "(b) Energy [Fe]\n"));
-  EXPECT_EQ(Prompt('w').ask('y', "n\n\n"),
+  EXPECT_EQ(Prompt('w').ask(kYesNo, "n\n\n"),
             "Energy [y]\n" + erased(6) + "Energy [n]\n" + kUp);
-  Prompt('w').ask('v', "back\n");  // leaves the question
+  Prompt('w').ask(kValue, "back\n");  // leaves the question
   script.write("Energy 14.4");
   script.close();
 
   script.open("script");
   Prompt value('r'), text('r'), yes('r');
-  EXPECT_EQ(value.ask('v', ""), "Energy=[14.40]\n");
-  EXPECT_EQ(text.ask('t', ""), "");
-  EXPECT_EQ(yes.ask('y', ""), "Energy [n]\n");
+  EXPECT_EQ(value.ask(kValue, ""), "Energy=[14.40]\n");
+  EXPECT_EQ(text.ask(kText, ""), "");
+  EXPECT_EQ(yes.ask(kYesNo, ""), "Energy [n]\n");
   EXPECT_EQ(value.value, 14.4F);
   EXPECT_EQ(text.text, "Cu");
   EXPECT_EQ(yes.yes, 'n');
-  EXPECT_CAUSE(Prompt('r').ask('v', ""),
+  EXPECT_CAUSE(Prompt('r').ask(kValue, ""),
                "Script line 'Energy 14.4' has no value in brackets");
   const std::string end = "end of sript file: switch to interactive mode\n";
-  EXPECT_EQ(Prompt('r').ask('v', "\n"), " " + end + kAsked + kUp);
-  EXPECT_TRUE(Prompt('r').ask('y', "\n").starts_with("1" + end));
+  EXPECT_EQ(Prompt('r').ask(kValue, "\n"), " " + end + kAsked + kUp);
+  EXPECT_TRUE(Prompt('r').ask(kYesNo, "\n").starts_with("1" + end));
   script.close();
 }
 

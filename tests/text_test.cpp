@@ -1,8 +1,7 @@
 #include "base/text.h"
 
-#include <algorithm>
 #include <climits>
-#include <cstdlib>
+#include <limits>
 #include <tuple>
 
 #include "base/array.h"
@@ -41,19 +40,31 @@ TEST(Fields, AreCutPaddedAndChecked) {
 
 // As printed by a Fortran runtime (gfortran 12, "f" edit descriptors).
 TEST(Edit, WritesFixedFields) {
-  // Ties to even; 99.9995 is below the tie in single precision. The leading
-  // zero goes when the width forces it, the sign never.
-  for (const auto& f : tests::table(
-           "-0.00049,7,3,-0.000|0.125,7,2,0.12|0.375,7,2,0.38|0.5,4,3,.500|"
-           "99.9995,6,3,99.999|-9.9996,6,3,******|-9.9996,7,3,-10.000|"
-           "-0.5,5,3,-.500|-0.5,4,3,****|-0.5,3,0,-0.|inf,8,2,Infinity|"
-           "-inf,8,2,-Inf|inf,2,1,**|-nan,6,3,NaN")) {
-    const int width = std::stoi(f[1]), decimals = std::stoi(f[2]);
-    const std::string text =
-        base::fixed_field(std::strtof(f[0].c_str(), nullptr), width, decimals);
-    EXPECT_EQ(text.size(), width);
-    EXPECT_EQ(text.substr(text.find_first_not_of(' ')), f[3]) << f[0];
-  }
+  const float infinity = std::numeric_limits<float>::infinity();
+  const struct {
+    float value;
+    int width, decimals;
+    const char* text;
+  } cases[] = {
+      {-0.00049F, 7, 3, " -0.000"},
+      // Ties to even; 99.9995 is below the tie in single precision.
+      {0.125F, 7, 2, "   0.12"},
+      {0.375F, 7, 2, "   0.38"},
+      {99.9995F, 6, 3, "99.999"},
+      {-9.9996F, 6, 3, "******"},
+      {-9.9996F, 7, 3, "-10.000"},
+      // The leading zero goes when the width forces it, the sign never.
+      {0.5F, 4, 3, ".500"},
+      {-0.5F, 5, 3, "-.500"},
+      {-0.5F, 4, 3, "****"},
+      {-0.5F, 3, 0, "-0."},
+      {infinity, 8, 2, "Infinity"},
+      {-infinity, 8, 2, "    -Inf"},
+      {infinity, 2, 1, "**"},
+      {std::numeric_limits<float>::quiet_NaN(), 6, 3, "   NaN"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(base::fixed_field(c.value, c.width, c.decimals), c.text);
 }
 
 // As read by a Fortran runtime (gfortran 12, "e11.5").
@@ -78,87 +89,135 @@ TEST(Unit, RecordsEndInLfOrCrLfAndAreCutAtTheirField) {
   const auto records_of = [&](const std::string& content) {
     tests::write("records", content);
     unit.open("records   ");
-    std::string records;
+    tests::Words records;
     for (Text<8> record; unit.try_read(record);)
-      records += std::string(record.trimmed()) + "|";
+      records.emplace_back(record.trimmed());
     return records;
   };
   EXPECT_EQ(records_of("one\r\n\n123456789\r\n\r\r\nlast"),
-            "one||12345678|\r|last|");
+            (tests::Words{"one", "", "12345678", "\r", "last"}));
   // Longer than the buffer, with the line end on either side of its edge.
   for (const std::size_t length : {65534U, 65535U, 65536U, 65537U, 200000U}) {
     const std::string line(length, 'x');
-    EXPECT_EQ(records_of(line + "\r\nnext\nx"), "xxxxxxxx|next|x|") << length;
+    EXPECT_EQ(records_of(line + "\r\nnext\nx"),
+              (tests::Words{"xxxxxxxx", "next", "x"}))
+        << length;
   }
   EXPECT_CAUSE(unit.create("no/such"),
                "Cannot write file 'no/such': No such file or directory");
   EXPECT_CAUSE(unit.open("."), "Cannot open file '.': Is a directory");
 }
 
-std::vector<float> numbers_in(const std::string& text, int columns = 132) {
-  int iout = 0;
-  base::Array<float, 32> out{"out"};
-  toolkit::trlch(columns, text, iout, out);
-  std::vector<float> numbers;
-  for (int i = 1; i <= iout; ++i) numbers.push_back(out(i));
-  return numbers;
-}
-
 TEST(Trlch, FindsEveryNumberInFreeText) {
-  using Line = std::pair<const char*, std::vector<float>>;
-  const Line lines[] = {
-      Line("copper foil", {}), Line(" -0.5 keV", {-0.5F}),
-      Line(".5,122", {0.5F, 122}), Line("1.5e3 1.e3", {1500, 1000}),
-      Line("1.2.3", {1.2F, 0.3F}), Line("5+3", {5, 3}), Line(". 7", {0, 7}),
+  const struct {
+    const char* text;
+    std::vector<float> numbers;
+  } cases[] = {
+      {"copper foil", {}},
+      {" -0.5 keV", {-0.5F}},
+      {".5,122", {0.5F, 122}},
+      {"1.5e3 1.e3", {1500, 1000}},
+      {"1.2.3", {1.2F, 0.3F}},
+      {"5+3", {5, 3}},
+      {". 7", {0, 7}},
       // An exponent needs a point in the mantissa. Its power may be broken.
-      Line("2.5E+3", {2500}), Line("1e3", {1, 3}), Line(" 1e3", {13}),
-      Line("1.5ee3", {1.5F, 3}), Line("1.e.5", {0x1.94c584p+1F}),
+      {"2.5E+3", {2500}},
+      {"1e3", {1, 3}},
+      {" 1e3", {13}},
+      {"1.5ee3", {1.5F, 3}},
+      {"1.e.5", {0x1.94c584p+1F}},
       // Only the very next blank cancels it.
-      Line("1.5e 3", {1.5F, 3}), Line("1.5e- 3", {0x1.89374cp-10F}),
+      {"1.5e 3", {1.5F, 3}},
+      {"1.5e- 3", {0x1.89374cp-10F}},
       // A minus belongs to what follows, at any distance; one that ends a
       // number stays.
-      Line("--5 6", {-5, -6}), Line("5-3 7", {5, -3, -7}),
+      {"--5 6", {-5, -6}},
+      {"5-3 7", {5, -3, -7}},
       // Digit by digit in single precision: one step above 7.874F.
-      Line("7.874", {0x1.f7efa0p+2F})};
-  for (const auto& [text, numbers] : lines)
-    EXPECT_EQ(numbers_in(text), numbers) << text;
-  EXPECT_EQ(numbers_in("12345", 3), std::vector<float>{123});
-  EXPECT_EQ(numbers_in("12. 5", 3), std::vector<float>{});
+      {"7.874", {0x1.f7efa0p+2F}},
+      // A point in the last column ends no number.
+      {"12.", {}},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(toolkit::numbers_in(c.text), c.numbers) << c.text;
   // There is room for 32 numbers and the exponent of the last.
   std::string ones;
   for (int i = 1; i <= 31; ++i) ones += "1. ";
-  EXPECT_EQ(numbers_in(ones + "1.e2 3.e2").back(), 100.0F);
+  EXPECT_EQ(toolkit::numbers_in(ones + "1.e2 3.e2").back(), 100.0F);
+  // The routine reads so many columns and clears what it does not fill.
+  int iout = -1;
+  base::Array<float, 32> out{"out"};
+  out(2) = 7;
+  toolkit::trlch(3, "12345", iout, out);
+  EXPECT_EQ(std::tuple(iout, out(1), out(2)), std::tuple(1, 123.0F, 0.0F));
 }
 
 TEST(Trlnu, WritesNumbersByFormatCode) {
-  Text<7> format;
-  Text<24> chr, chl;
-  int width = 0, im = 0;
-  for (const auto& f : tests::table(
-           // A 5 never rounds up. 0999.98 reads back as the same number.
-           "0.25,f8.1,0.2|0.26,f8.1,0.3|9.96,f8.1,10.0|0.096,f8.2,0.10|"
-           "0.999,f8.2,1.00|0.006,f8.2,0.01|0,f8.2,0.00|-0.001,f8.2,-0.00|"
-           "0.7,f8.0,1.|999.98,f8.2,0999.98|5, +f8.1,+5.0|-0.7,i3,-1|"
-           "0.3,i3,  0|122.5,I5,122|0.0025,E9.2,2.50E-3|0x1p-149,e9.2,1.00e-45|"
-           "9.999,+e9.2,+1.00e+1|12345,a20.2,1.23*10@u4@n|"
-           // Beyond 1e10 the format is e15.5.
-           "2e10,f8.2,2.00000e10|inf,f8.2,***************|"
-           // What does not fit stands whole between stars, and leaves `im`.
-           "1234567,f8.2,***1234567.00***")) {
-    const float value = std::strtof(f[0].c_str(), nullptr);
-    const int length = static_cast<int>(f[2].size());
-    format = f[1];
-    im = 5;
-    toolkit::trlnu(format, value, chr, width, chl, im);
-    EXPECT_EQ(format, value > 1e10F ? "e15.5" : f[1]) << f[2];
-    EXPECT_EQ(chl, f[2]) << f[1];
-    EXPECT_EQ(im, length > 15 ? 5 : length) << f[2];
-    EXPECT_TRUE(chr.trimmed().ends_with(f[2])) << f[2];
-    EXPECT_EQ(chr.length(), std::max(width, length));
+  const struct {
+    float value;
+    const char* format;
+    const char* text;
+  } cases[] = {
+      // A 5 never rounds up.
+      {0.25F, "f8.1", "0.2"},
+      {0.26F, "f8.1", "0.3"},
+      {9.96F, "f8.1", "10.0"},
+      {0.096F, "f8.2", "0.10"},
+      {0.006F, "f8.2", "0.01"},
+      {0.0009F, "f8.2", "0.00"},
+      {0, "f8.2", "0.00"},
+      {-0.001F, "f8.2", "-0.00"},
+      {0.7F, "f8.0", "1."},
+      {5, " +f8.1", "+5.0"},
+      // Just below a power of ten. Only digits that are kept take from each
+      // other; 0999.98 reads back as the same number.
+      {999.98F, "f8.2", "0999.98"},
+      {9999.99F, "f8.2", "10000.00"},
+      {99.9999F, "f8.4", "100.0000"},
+      {0.99999994F, "f8.2", "1.00"},
+      {-0.7F, "i3", "-1"},
+      {0.3F, "i3", "  0"},
+      {122.5F, "I5", "122"},
+      {0.0025F, "E9.2", "2.50E-3"},
+      {0x1p-149F, "e9.2", "1.00e-45"},
+      {9.999F, "+e9.2", "+1.00e+1"},
+      {12345, "a20.2", "1.23*10@u4@n"},
+  };
+  for (const auto& c : cases) {
+    const auto number = toolkit::formatted(c.format, c.value);
+    const std::string text = c.text;
+    const auto indent = static_cast<std::size_t>(number.width) - text.size();
+    EXPECT_EQ(number.left, text) << c.format;
+    EXPECT_EQ(number.right, std::string(indent, ' ') + text);
+    EXPECT_EQ(number.length, text.size());
   }
-  format = "f8.4";
-  EXPECT_THROW(toolkit::trlnu(format, -1e10F, chr, width, chl, im),
-               base::RangeError);
+  EXPECT_THROW(toolkit::formatted("f8.4", -1e10F), base::RangeError);
+}
+
+// The width and the length stay the number's own; above 24 columns there is no
+// length, and the caller's stays. Beyond 1e10 the format is e15.5.
+TEST(Trlnu, WritesStarsAroundOrInPlaceOfWhatDoesNotFit) {
+  const struct {
+    float value;
+    const char *format, *used, *text;
+    int width, length;
+  } cases[] = {
+      {1234567, "f8.2", "f8.2", "***1234567.00***", 8, 10},
+      {2e10F, "f8.2", "e15.5", "2.00000e10", 15, 10},
+      {std::numeric_limits<float>::infinity(), "f8.2", "e15.5",
+       "***************", 15, 15},
+      {1, "f25.2", "f25.2", "************************", 25, 77},
+  };
+  for (const auto& c : cases) {
+    Text<7> format = c.format;
+    Text<24> chr, chl;
+    int width = 0, im = 77;
+    toolkit::trlnu(format, c.value, chr, width, chl, im);
+    EXPECT_EQ(format, c.used);
+    EXPECT_EQ(chl, c.text);
+    EXPECT_TRUE(chr.trimmed().ends_with(c.text));
+    EXPECT_EQ(std::tuple(width, im), std::tuple(c.width, c.length)) << c.text;
+  }
 }
 
 TEST(Codes, AreWrittenFromColumnTwoAndReadFromAnywhere) {
@@ -170,14 +229,23 @@ TEST(Codes, AreWrittenFromColumnTwoAndReadFromAnywhere) {
   }
   EXPECT_THROW(toolkit::itoc8(field, 10000000), base::RangeError);
   EXPECT_THROW(toolkit::itoc8(field, INT_MIN), base::RangeError);
+  const struct {
+    const char* field;
+    int number;
+    const char* left;  // of the field
+  } cases[] = {
+      {"  -17   ", -17, "  -17"},
+      {"+-5", -5, "+-5"},
+      {"28Ni", 28, "28"},
+      {"x 82 y", 82, "  82"},
+      {"1234567", 1234567, "1234567"},
+  };
   int n = -1;
-  for (const auto& f :
-       tests::table("  -17   ,-17,  -17|+-5,-5,+-5|28Ni,28,28|x 82 y,82,  82|"
-                    "1234567,1234567,1234567")) {
-    field = f[0];
+  for (const auto& c : cases) {
+    field = c.field;
     toolkit::c8toi(field, n);
-    EXPECT_EQ(std::to_string(n), f[1]) << f[0];
-    EXPECT_EQ(field, f[2]);
+    EXPECT_EQ(n, c.number) << c.field;
+    EXPECT_EQ(field, c.left);
   }
   for (Text<8> full : {"12345678", "       5", "       -"})
     EXPECT_THROW(toolkit::c8toi(full, n), base::RangeError) << full.full();
@@ -185,7 +253,7 @@ TEST(Codes, AreWrittenFromColumnTwoAndReadFromAnywhere) {
 
 TEST(Strings, AreMovedLoweredMeasuredAndTakenApart) {
   // Column 132 moves along as it was.
-  Text<132> text("  AFeZ \xC4");
+  base::Line text("  AFeZ \xC4");
   text.at(132, "text") = 'W';
   toolkit::lc_character(text);
   EXPECT_EQ(text, "afez \xC4" + std::string(123, ' ') + "W");
@@ -196,17 +264,23 @@ TEST(Strings, AreMovedLoweredMeasuredAndTakenApart) {
     toolkit::stringend("Photon energy", il);
     EXPECT_EQ(il, end) << from;
   }
-  const std::tuple<const char*, int, int, const char*, int> words[] = {
+  const struct {
+    const char* line;
+    int il, ip;
+    const char* rest;
+    int ia;
+  } words[] = {
       {"read, write x", 4, 7, "write x", 5},
       {"read", 1, 6, "", 0},
       {"  ,read", 0, 4, "read", 4},
-      {"", 131, 132, "", 0}};
-  for (const auto& [line, il, word_at, word, length] : words) {
+      {"", 131, 132, "", 0},
+  };
+  for (const auto& w : words) {
     int ip = 0, ia = 0;
-    Text<132> rest;
-    toolkit::nextchar(line, il, ip, rest, ia);
-    EXPECT_EQ(std::tuple(ip, ia), std::tuple(word_at, length)) << line;
-    EXPECT_EQ(rest, word);
+    base::Line rest;
+    toolkit::nextchar(w.line, w.il, ip, rest, ia);
+    EXPECT_EQ(std::tuple(ip, ia), std::tuple(w.ip, w.ia)) << w.line;
+    EXPECT_EQ(rest, w.rest);
   }
 }
 

@@ -9,7 +9,7 @@ bool separates(char c) { return c == ' ' || c == ','; }
 
 }  // namespace
 
-void nextchar(const base::Text<132>& chl, int il, int& ip, base::Text<132>& cha,
+void nextchar(const base::Line& chl, int il, int& ip, base::Line& cha,
               int& ia) {
   const int start = std::min(il, 130);
   // One past the last non-blank character.
@@ -24,9 +24,9 @@ void nextchar(const base::Text<132>& chl, int il, int& ip, base::Text<132>& cha,
   }
   while (ip <= npl && separates(chl.at(ip, "chl"))) ++ip;
 
-  cha = base::Text<132>(chl.columns(ip, npl, "chl"));
+  cha = base::Line(chl.columns(ip, npl, "chl"));
   ia = 0;
-  while (ia < 132 && !separates(cha.at(ia + 1, "cha"))) ++ia;
+  while (ia < base::kLine && !separates(cha.at(ia + 1, "cha"))) ++ia;
 }
 
 }  // namespace toolkit

@@ -14,8 +14,7 @@ namespace toolkit {
 //      character if there is no further word
 // cha  receives the line from that column on
 // ia   receives the length of the word
-void nextchar(const base::Text<132>& chl, int il, int& ip, base::Text<132>& cha,
-              int& ia);
+void nextchar(const base::Line& chl, int il, int& ip, base::Line& cha, int& ia);
 
 }  // namespace toolkit
 

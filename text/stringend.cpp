@@ -2,8 +2,8 @@
 
 namespace toolkit {
 
-void stringend(const base::Text<132>& ch, int& il) {
-  if (il == 0 || il > 132) il = 132;
+void stringend(const base::Line& ch, int& il) {
+  if (il == 0 || il > base::kLine) il = base::kLine;
   il = static_cast<int>(base::trimmed(ch.columns(1, il, "ch")).size());
 }
 

@@ -9,7 +9,7 @@ namespace toolkit {
 
 // Sets `il` to the column of the last non-blank character of `ch` at or before
 // column `il`, 0 if there is none. An `il` of 0, or above 132, means 132.
-void stringend(const base::Text<132>& ch, int& il);
+void stringend(const base::Line& ch, int& il);
 
 }  // namespace toolkit
 

@@ -5,7 +5,7 @@
 
 namespace toolkit {
 
-void stringlength(base::Text<132>& ch, int& il) {
+void stringlength(base::Line& ch, int& il) {
   il = 0;
   const std::string_view counted = ch.columns<1, 131>();
   const auto first = counted.find_first_not_of(' ');
@@ -14,7 +14,7 @@ void stringlength(base::Text<132>& ch, int& il) {
   if (first > 0) ch = std::string(ch.full().substr(first));
 }
 
-void lc_character(base::Text<132>& ch) {
+void lc_character(base::Line& ch) {
   int il = 0;
   stringlength(ch, il);
   for (int i = 1; i <= il; ++i) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace toolkit {
 namespace {
@@ -12,13 +13,12 @@ enum class Exponent { kNone, kMarked, kReading };
 
 class Scanner {
  public:
-  Scanner(int n_ch, const base::Text<132>& text, int& iout,
-          base::Array<float, 32>& out)
-      : text_(text), last_(std::min(n_ch, 132)), iout_(iout), out_(out) {}
+  explicit Scanner(std::string_view text)
+      : text_(text), last_(static_cast<int>(text.size())) {}
 
-  void scan() {
+  std::vector<float> numbers() {
     for (k_ = 1; k_ <= last_ && !full_; ++k_) {
-      const char c = text_.at(k_, "chin");
+      const char c = at(k_);
       if (is_digit(c)) {
         digit(c - '0');
       } else if (c == 'e' || c == 'E') {
@@ -27,9 +27,14 @@ class Scanner {
         separator(c);
       }
     }
+    return std::move(numbers_);
   }
 
  private:
+  char at(int column) const {
+    return text_[static_cast<std::size_t>(column - 1)];
+  }
+
   void digit(int value) {
     seen_ = true;
     const auto d = static_cast<float>(value);
@@ -48,10 +53,10 @@ class Scanner {
       return;
     }
     int column = k_ - 1;
-    while (column > 0 && is_digit(text_.at(column, "chin"))) --column;
+    while (column > 0 && is_digit(at(column))) --column;
     if (column == 0) {
       separator(c);
-    } else if (text_.at(column, "chin") == '.') {
+    } else if (at(column) == '.') {
       nex_ = Exponent::kMarked;
       mark_column_ = k_;
       end_number();
@@ -88,29 +93,28 @@ class Scanner {
     seen_ = false;
     pt_ = 1.0F;
     if (nex_ == Exponent::kReading) {
-      out_(iout_) *= std::pow(10.0F, number_);
+      numbers_.back() *= std::pow(10.0F, number_);
       nex_ = Exponent::kNone;
-    } else if (iout_ == 32) {
+    } else if (numbers_.size() == kMostNumbers) {
       full_ = true;
     } else {
-      out_(++iout_) = number_;
+      numbers_.push_back(number_);
       if (nex_ == Exponent::kMarked) nex_ = Exponent::kReading;
     }
     number_ = 0.0F;
     k1_ = k2_ = 0;
   }
 
-  const base::Text<132>& text_;
+  const std::string_view text_;
   const int last_;
-  int& iout_;
-  base::Array<float, 32>& out_;
+  std::vector<float> numbers_;
 
   int k_ = 0;            // column being read
   float number_ = 0.0F;  // the number being built
   float nsig_ = 1.0F;    // its sign
   float pt_ = 1.0F;      // weight of the next decimal; 1 before the point
   bool seen_ = false;    // a digit of the number has been seen
-  bool full_ = false;    // 32 numbers are stored and one more was found
+  bool full_ = false;    // all that fit are stored and one more was found
   int k1_ = 0, k2_ = 0;  // columns of a pending minus and of a second one
   Exponent nex_ = Exponent::kNone;
   int mark_column_ = -1;  // where the last exponent mark stood
@@ -118,11 +122,19 @@ class Scanner {
 
 }  // namespace
 
-void trlch(int n_ch, const base::Text<132>& chin, int& iout,
-           base::Array<float, 32>& out) {
-  iout = 0;
+std::vector<float> numbers_in(std::string_view text) {
+  return Scanner(text).numbers();
+}
+
+void trlch(int n_ch, const base::Line& chin, int& iout,
+           base::Array<float, kMostNumbers>& out) {
+  const std::vector<float> numbers =
+      numbers_in(chin.columns(1, std::min(n_ch, base::kLine), "chin"));
+  iout = static_cast<int>(numbers.size());
   out.fill(0.0F);
-  Scanner(n_ch, chin, iout, out).scan();
+  for (int i = 1; i <= iout; ++i) {
+    out(i) = numbers[static_cast<std::size_t>(i - 1)];
+  }
 }
 
 }  // namespace toolkit

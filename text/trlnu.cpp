@@ -90,8 +90,9 @@ class Digits {
       e10 /= 10.0F;
     }
     // Single precision can leave a ten, or overshoot by a little and leave the
-    // digits behind it negative.
-    for (int i = last_ + 1; i >= 0; --i) {
+    // digits behind it negative. The rounding digit is no part of the number:
+    // it takes nothing from the others.
+    for (int i = last_; i >= 0; --i) {
       for (; digit_(i) > 9; digit_(i) -= 10) ++digit_(i - 1);
       for (; digit_(i) < 0; digit_(i) += 10) --digit_(i - 1);
     }
@@ -163,47 +164,57 @@ std::string number_text(const Format& format, float ax) {
 
 }  // namespace
 
-void trlnu(base::Text<7>& formatch, float rn, base::Text<24>& chr, int& nn,
-           base::Text<24>& chl, int& im) {
-  if (std::fabs(rn) > 1e10F) formatch = "e15.5";
-  chl = "";
-  chr = "";
-  const Format format = read_format(formatch);
-  nn = format.width;
-  if (nn > kFieldWidth) {
-    chl = chr = std::string(kFieldWidth, '*');
-    return;
+FormattedNumber formatted(base::Text<7> format_code, float value) {
+  if (std::fabs(value) > 1e10F) format_code = "e15.5";
+  const Format format = read_format(format_code);
+  FormattedNumber number;
+  number.format = format_code;
+  number.width = format.width;
+  if (format.width > kFieldWidth) {
+    number.left = number.right = std::string(kFieldWidth, '*');
+    return number;
   }
-  if (!std::isfinite(rn)) {
-    chl = chr = std::string(static_cast<std::size_t>(nn), '*');
-    im = nn;
-    return;
+  if (!std::isfinite(value)) {
+    number.left = number.right =
+        std::string(static_cast<std::size_t>(format.width), '*');
+    number.length = format.width;
+    return number;
   }
 
-  std::string text = number_text(format, std::fabs(rn));
+  std::string text = number_text(format, std::fabs(value));
   if (text.empty()) {
     // An integer of magnitude below one that did not round up to it.
-    chl.at(nn, "chl") = '0';
-    chr = chl;
-    im = nn;
-    return;
+    number.left.at(format.width, "chl") = '0';
+    number.right = number.left;
+    number.length = format.width;
+    return number;
   }
-  if (rn < 0.0F) {
+  if (value < 0.0F) {
     text.insert(0, "-");
   } else if (format.forced_sign) {
     text.insert(0, "+");
   }
 
-  const base::Text<16> work(text);
   const int length = static_cast<int>(text.size());
-  static_cast<void>(work.columns(1, length, "work"));  // must fit
-  if (length > nn) {
-    chl = chr = "***" + text + "***";
-    return;
+  static_cast<void>(base::Text<16>(text).columns(1, length, "work"));  // fits
+  number.length = length;
+  if (length > format.width) {
+    number.left = number.right = "***" + text + "***";
+  } else {
+    number.left = text;
+    number.right.put(format.width - length + 1, format.width, text, "chr");
   }
-  im = length;
-  chl = text;
-  chr.put(nn - length + 1, nn, text, "chr");
+  return number;
+}
+
+void trlnu(base::Text<7>& formatch, float rn, base::Text<24>& chr, int& nn,
+           base::Text<24>& chl, int& im) {
+  const FormattedNumber number = formatted(formatch, rn);
+  formatch = number.format;
+  chr = number.right;
+  nn = number.width;
+  chl = number.left;
+  im = number.length.value_or(im);
 }
 
 }  // namespace toolkit

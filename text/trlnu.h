@@ -3,32 +3,45 @@
 #ifndef TEXT_TRLNU_H_
 #define TEXT_TRLNU_H_
 
+#include <optional>
+
 #include "base/text.h"
 
 namespace toolkit {
 
-// Writes `rn` as text.
+struct FormattedNumber {
+  base::Text<7> format;  // the one that was used
+  base::Text<24> right;  // the text, right-justified in columns 1 to `width`
+  base::Text<24> left;   // the text, left-justified
+  int width = 0;         // of the format
+  std::optional<int> length;  // of the text; none if the width is above 24
+};
+
+// Writes `value` as text.
 //
-// formatch  "i5" integer, "f8.2" fixed, "e15.5" exponent, "a9.2" exponent as
-//           label markup ("1.23*10@u4@n"); a "+" before the letter forces a
-//           sign. Becomes "e15.5" when |rn| is above 1e10.
-// chr       receives the text right-justified in columns 1 to `nn`
-// nn        receives the width of the format
-// chl       receives the text left-justified
-// im        receives its length
+// format  "i5" integer, "f8.2" fixed, "e15.5" exponent, "a9.2" exponent as
+//         label markup ("1.23*10@u4@n"); a "+" before the letter forces a sign.
+//         Above 1e10 it is always "e15.5".
 //
-// A text longer than `nn` becomes "***", the text, "***" in both fields, and
-// `im` stays as it was: whoever shows chl(1:im) shows the stars and the start
-// of the text. A width above 24 gives 24 stars and leaves `im` too. Infinity
-// and not-a-number are `nn` stars.
+// A text wider than the format stands between stars in both fields,
+// "***1234567.00***". Its length is still the text's own, so that whoever shows
+// left(1:length) shows the stars and the start of the text. A width above 24
+// gives 24 stars. Infinity and not-a-number are `width` stars.
 //
-// Meant, though it may surprise: digits are taken one by one in single
-// precision, and only a digit of 6 to 9 behind the last one rounds up, a 5
-// never. Just below a power of ten a leading zero appears (999.98 with "f8.2"
-// is "0999.98"); it reads back as the same number.
+// Digits are taken one by one in single precision, and only a digit of 6 to 9
+// behind the last one rounds up, a 5 never: with so few digits it may as well
+// stand for 4.9. Just below a power of ten a leading zero can appear (999.98
+// with "f8.2" is "0999.98"); it reads back as the same number.
 //
 // Fatal: a format letter other than i, f, e, a; a text of more than 16
 // characters.
+FormattedNumber formatted(base::Text<7> format, float value);
+
+// The same into the fields of the caller; a format without a length leaves `im`
+// as it was.
+//
+// formatch, nn  format; its width
+// chr, chl, im  the text on the right and on the left, its length
 void trlnu(base::Text<7>& formatch, float rn, base::Text<24>& chr, int& nn,
            base::Text<24>& chl, int& im);
 
