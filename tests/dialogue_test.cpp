@@ -7,49 +7,70 @@ namespace {
 using tests::has;
 using tests::run_piped;
 using tests::Screen;
+using tests::Step;
 
-// Choice; prompts; mue/rho, density and mu_e; transmission of 100 mg/cm2; a
-// thickness in mm, its mg/cm2 and transmission. All are from the fit in Python,
-// each step rounded as the program rounds, and math.exp.
-const char* const kSessions[] = {
-    "1 N|keV=[122.00]|  0.304|  8.908|  0.271|0.9700|0.2|178.16|0.9472",
-    "2 I|keV=[14.40],density>gamma| 63.891|  7.640| 48.813|0.0017|0.02|15.28|"
-    "0.3767",
-    "3 L|keV=[122.0]|  3.368| 11.342|  3.820|0.7140|0.2|226.84|0.4658",
-    "4 A|keV=[14.40]|  8.974|  2.700|  2.423|0.4076|0.2|54.00|0.6160",
-    "5 ES|symbol for the element [Cu],Photon energy in keV=[14.40]| 82.871|"
-    "  8.920| 73.921|0.0003|0.02|17.84|0.2280",
-    "6 m|keV=[14.40]| 1.258| 1.380| 0.174|0.8818|0.2|27.60|0.9659",
-    "7 t|keV=[14.40]| 2.343| 2.200| 0.515|0.7911|0.2|44.00|0.9021",
-    "8 N|keV=[14.40]|13.787| 1.720| 2.371|0.2519|0.2|34.40|0.6223",
-    "9 F|keV=[14.40]|13.245| 1.860| 2.464|0.2659|0.2|37.20|0.6110",
-    "10 c|[N_2H_8Fe_1S_2O_8H_12O_6],g/cm3=[0.00],keV=[14.40]"
-    "|13.245| 0.000| 0.000|0.2659||0.00|1.0000",
-    "11 0|[N_2H_8Fe_1S_2O_8H_12O_6],g/cm3=[1.86],keV=[122.01],keV=[136.46]"
-    "|122keV:      0.0173 136keV:      0.0162|||0.9829|0.2|37.20|0.9936"};
+struct Session {
+  const char* sample;
+  std::vector<Step> prompts;
+  std::string mue_rho, density, mu_e;  // as shown
+  std::string transmission;            // of 100 mg/cm2
+  std::string mm, mg_per_cm2, again;   // a thickness, and its transmission
+};
+// All are from the fit in Python, each step rounded as the program rounds, and
+// math.exp. Without a density there is no thickness in mm.
+const Session kSessions[] = {
+    // clang-format off
+    {"1 N", {{"keV=[122.00]"}}, "  0.304", "  8.908", "  0.271", "0.9700", "0.2", "178.16", "0.9472"},
+    {"2 I", {{"keV=[14.40]"}, {"density", "gamma"}}, " 63.891", "  7.640", " 48.813", "0.0017", "0.02", " 15.28", "0.3767"},
+    {"3 L", {{"keV=[122.0]"}}, "  3.368", " 11.342", "  3.820", "0.7140", "0.2", "226.84", "0.4658"},
+    {"4 A", {{"keV=[14.40]"}}, "  8.974", "  2.700", "  2.423", "0.4076", "0.2", " 54.00", "0.6160"},
+    {"5 ES", {{"element [Cu]"}, {"keV=[14.40]"}}, " 82.871", "  8.920", " 73.921", "0.0003", "0.02", " 17.84", "0.2280"},
+    {"6 m", {{"keV=[14.40]"}}, " 1.258", " 1.380", " 0.174", "0.8818", "0.2", " 27.60", "0.9659"},
+    {"7 t", {{"keV=[14.40]"}}, " 2.343", " 2.200", " 0.515", "0.7911", "0.2", " 44.00", "0.9021"},
+    {"8 N", {{"keV=[14.40]"}}, "13.787", " 1.720", " 2.371", "0.2519", "0.2", " 34.40", "0.6223"},
+    {"9 F", {{"keV=[14.40]"}}, "13.245", " 1.860", " 2.464", "0.2659", "0.2", " 37.20", "0.6110"},
+    {"10 c", {{"[N_2H_8Fe_1S_2O_8H_12O_6]"}, {"g/cm3=[0.00]"}, {"keV=[14.40]"}}, "13.245", " 0.000", " 0.000", "0.2659", "", "  0.00", "1.0000"},
+    {"11 0", {{"[N_2H_8Fe_1S_2O_8H_12O_6]"}, {"g/cm3=[1.86]"}, {"keV=[122.01]"}, {"keV=[136.46]"}}, "", "", "", "0.9829", "0.2", " 37.20", "0.9936"},
+    // clang-format on
+};
+
+std::string mass(const std::string& mg_per_cm2) {
+  return "       mg/cm2=    " + mg_per_cm2;
+}
 
 TEST(Dialogue, EverySampleIsWorkedThroughAndRepeated) {
-  for (const char* session : kSessions) {
-    SCOPED_TRACE(session);
-    const tests::Words f = tests::split(session, '|');
-    const std::string sum = ",? transmission=    ", mass = ",?       mg/cm2=";
-    const std::string again = ",new value for the thickness [y]";
-    const bool menu = !f[6].empty();  // there is none without a density
+  for (const Session& s : kSessions) {
+    SCOPED_TRACE(s.sample);
     const std::string coefficients =
-        f[3].empty() ? f[2]
-                     : " mue/rho=" + f[2] + " [cm^2/g]  density=" + f[3] +
-                           " [g/cm^3]  mu_e=" + f[4] + " [mm^-1]";
-    const std::string repeated =
-        menu ? ",[thickness mg/cm2]>in,thickness in mm=[0.1250]>" + f[6] +
-                   again + ",[thickness in mm],mm=[0.1250]"
-             : ",thickness mg/cm2=[100.00]>0";
+        s.density.empty()
+            ? "122keV:      0.0173 136keV:      0.0162"
+            : " mue/rho=" + s.mue_rho + " [cm^2/g]  density=" + s.density +
+                  " [g/cm^3]  mu_e=" + s.mu_e + " [mm^-1]";
+    const std::string again = "new value for the thickness [y]";
+    const std::string sum = " transmission=    ";
     Screen screen;
-    ASSERT_TRUE(screen.walk("select (help:he)>" + f[0] + "," + f[1] +
-                            (menu ? ",[thickness mg/cm2]" : "") +
-                            ",mg/cm2=[100.00]" + mass + "    100.00" + sum +
-                            f[5] + ",?" + coefficients + again + repeated +
-                            mass + std::string(10 - f[7].size(), ' ') + f[7] +
-                            sum + f[8] + again + ">n"));
+    ASSERT_TRUE(screen.walk({{"select (help:he)", s.sample}}));
+    ASSERT_TRUE(screen.walk(s.prompts));
+    if (!s.mm.empty()) {
+      ASSERT_TRUE(screen.walk({{"[thickness mg/cm2]"}}));
+    }
+    ASSERT_TRUE(screen.walk({{"mg/cm2=[100.00]"},
+                             {.shows = mass("100.00")},
+                             {.shows = sum + s.transmission},
+                             {.shows = coefficients},
+                             {again}}));
+    if (s.mm.empty()) {
+      ASSERT_TRUE(screen.walk({{"thickness mg/cm2=[100.00]", "0"}}));
+    } else {
+      ASSERT_TRUE(screen.walk({{"[thickness mg/cm2]", "in"},
+                               {"thickness in mm=[0.1250]", s.mm},
+                               {again},
+                               {"[thickness in mm]"},
+                               {"mm=[0.1250]"}}));
+    }
+    ASSERT_TRUE(screen.walk({{.shows = mass(s.mg_per_cm2)},
+                             {.shows = sum + s.again},
+                             {again, "n"}}));
     EXPECT_EQ(screen.wait(), 0);
     EXPECT_TRUE(screen.restored());
   }
@@ -58,7 +79,7 @@ TEST(Dialogue, EverySampleIsWorkedThroughAndRepeated) {
 TEST(Dialogue, StartsWithBannerAndMenu) {
   const std::string edge(77, '-');
   Screen screen;
-  ASSERT_TRUE(screen.walk("?[1 Nickel foil]"));
+  ASSERT_TRUE(screen.walk({{.shows = "[1 Nickel foil]"}}));
   EXPECT_EQ(
       screen.rows(1, 12),
       " The program uses the tables:\n X-Ray Mass Attenuation Coefficients\n"
@@ -74,22 +95,27 @@ TEST(Dialogue, StartsWithBannerAndMenu) {
             " 11 0.111(136.5keV), 0.889(122.0keV)\n" + edge + "\n\n");
   // The highlight walks around. The first key scrolls the screen by a line;
   // from then on the menu stays where it is.
-  ASSERT_TRUE(
-      screen.walk("!\x1b[A,?[11 0.11,!Fe\r,?[8 Na_2Fe[(CN)_5NO]2H_2O]"));
+  ASSERT_TRUE(screen.walk({{.types = "\x1b[A"},
+                           {.shows = "[11 0.11"},
+                           {.types = "Fe\r"},
+                           {.shows = "[8 Na_2Fe[(CN)_5NO]2H_2O]"}}));
   EXPECT_EQ(screen.rows(22, 22), edge + "\n");
   // Left without a choice, the menu comes again, as at the start.
-  EXPECT_TRUE(screen.walk("!q\r,?[1 Nickel foil]"));
+  EXPECT_TRUE(screen.walk({{.types = "q\r"}, {.shows = "[1 Nickel foil]"}}));
 }
 
 // The same keys, typed ahead, piped in, or where numbers have a comma.
 TEST(Dialogue, KeysTypedAheadAndPipedReachWhoeverAsks) {
-  const auto keys = tests::typed("5 ES//Fe//59.54////50//y//in//0.1//n//");
+  const auto keys =
+      std::string("5 ES\n\nFe\n\n59.54\n\n\n\n50\n\ny\n\nin\n\n0.1\n\nn\n\n");
   const auto piped = run_piped(keys);
   EXPECT_EQ(piped.status, 0) << piped.out << piped.err;
   // Behind the symbol RET comes as the line editor left the terminal.
   Screen screen;
-  ASSERT_TRUE(screen.walk("[1 Nickel foil]>5 ES,?symbol,!Fe\r\r59.54\r" +
-                          keys.substr(keys.find("59.54") + 6)));
+  ASSERT_TRUE(screen.walk(
+      {{"[1 Nickel foil]", "5 ES"},
+       {.shows = "symbol"},
+       {.types = "Fe\r\r59.54\r" + keys.substr(keys.find("59.54") + 6)}}));
   EXPECT_EQ(screen.wait(), 0) << screen.raw();
   // In Python: 1.2298 cm2/g at 59.54 keV.
   for (const char* line :
@@ -104,32 +130,41 @@ TEST(Dialogue, KeysTypedAheadAndPipedReachWhoeverAsks) {
 }
 
 TEST(Dialogue, FatalEndsTellWhatToDo) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"5 ES//cu//", "unknown element symbol \"cu\": symbols are case-"},
-      {"10 c//H2O//1//", "cannot read the formula \"H2O\" at \"H2O\""},
-      {"10 c//q/1//", "the question for it was left without an answer"},
-      {"2 I//1.2///", "usable table, which runs from 1.253 keV to 20000 keV"},
-      {"6 m//3.e4//", "Carbon: the photon energy 30000 keV is outside"},
-      {"2 I///*/", "no density was chosen: choose a modification"}};
+  // Formulas of twelve components and of one more.
+  const std::string twelve = "C_1H_1O_1N_1S_1P_1F_1K_1I_1V_1Y_1W_1";
+  const struct {
+    std::string keys, told;
+  } cases[] = {
+      {"5 ES\n\ncu\n\n", "unknown element symbol \"cu\": symbols are case-"},
+      {"10 c\n\nH2O\n\n1\n\n", "cannot read the formula \"H2O\" at \"H2O\""},
+      {"10 c\n\nq\n1\n\n", "the question for it was left without an answer"},
+      {"2 I\n\n1.2\n\n\n",
+       "usable table, which runs from 1.253 keV to 20000 keV"},
+      {"6 m\n\n3.e4\n\n", "Carbon: the photon energy 30000 keV is outside"},
+      {"2 I\n\n\n*\n", "no density was chosen: choose a modification"},
+      {"10 c\n\n" + twelve + "B_1\n\n1\n\n",
+       "at \"B_1\": a formula has at most 12"}};
   for (const auto& [keys, told] : cases) {
-    const auto run = run_piped(tests::typed(keys));
+    const auto run = run_piped(keys);
     EXPECT_EQ(run.status, 2) << keys << run.out;
     EXPECT_TRUE(has(run.err, told));
     EXPECT_TRUE(has(run.err, "attenuation::dialogue"));  // the backtrace
   }
+  EXPECT_EQ(run_piped("10 c\n\n" + twelve + "\n\n\n\n\nn\n\n").status, 0);
   const auto run = run_piped("", {.directory = "/dev"});
   EXPECT_TRUE(has(run.err, "Cannot open file 'elements.dat': No such file"));
   EXPECT_TRUE(has(run.err, "looked in /dev"));
 }
 
-// On standard error: what standard output shows is laid down.
+// On standard error: the numbers on standard output stay what they are.
 TEST(Dialogue, NotesNumbersThatAreOfAnotherSample) {
   const std::pair<const char*, const char*> cases[] = {
-      {"10 c//Fe_12/////n//", "the formula Fe_12 is read as Fe_122"},
-      {"6 m////1.e39//n//", "no number can be read in ***************: it"},
-      {"6 m////-5//n//", "no sample has a negative areal mass"}};
+      {"10 c\n\nFe_12\n\n\n\n\nn\n\n", "the formula Fe_12 is read as Fe_122"},
+      {"6 m\n\n\n\n1.e39\n\nn\n\n",
+       "no number can be read in ***************: it"},
+      {"6 m\n\n\n\n-5\n\nn\n\n", "no sample has a negative areal mass"}};
   for (const auto& [keys, told] : cases) {
-    const auto run = run_piped(tests::typed(keys));
+    const auto run = run_piped(keys);
     EXPECT_EQ(run.status, 0) << keys << run.err;
     EXPECT_TRUE(run.err.starts_with(std::string("Note: ") + told)) << run.err;
   }
@@ -142,12 +177,39 @@ TEST(Dialogue, NotesNumbersThatAreOfAnotherSample) {
         std::pair(std::string(list).replace(weight, 6, 6, ' '),
                   "dat:6: no molar weight for C")}) {
     tests::write("elements.dat", content);
-    const auto run = run_piped(tests::typed("7 t/////n//"),
+    const auto run = run_piped("7 t\n\n\n\n\nn\n\n",
                                {.directory = std::filesystem::current_path()});
     EXPECT_TRUE(has(run.err, told));
   }
   Screen narrow({24, 34});
-  EXPECT_TRUE(narrow.walk(">2 I,keV=[14.40],>,?has cut the density"));
+  EXPECT_TRUE(narrow.walk(
+      {{"", "2 I"}, {"keV=[14.40]"}, {}, {.shows = "has cut the density"}}));
+}
+
+// Praseodymium: the list and the field of a compound's name hold eleven
+// letters.
+TEST(Dialogue, ANameOfTwelveLettersIsFoundAsElementAndInACompound) {
+  const auto element = run_piped("5 ES\n\nPr\n\n60\n\n\n\n\nn\n\n");
+  const auto compound = run_piped("10 c\n\nPr_1\n\n6.77\n\n60\n\n\n\nn\n\n");
+  const auto coefficient = [](const std::string& shown) {
+    return shown.substr(std::min(shown.find("mue/rho="), shown.size()), 15);
+  };
+  EXPECT_EQ(coefficient(element.out), "mue/rho=  9.977");
+  EXPECT_EQ(coefficient(compound.out), "mue/rho= 9.977 ");
+}
+
+// The question for the energy of a compound takes 80 columns on any terminal,
+// the others what there is; a menu is as wide as the terminal until help has
+// measured it.
+TEST(Dialogue, WidthsAreThoseOfTheTerminalButForACompoundsEnergy) {
+  Screen element({24, 12}), compound({24, 12}), menu({24, 200});
+  EXPECT_TRUE(element.walk({{.types = "1 N\r\r"}, {.shows = "=[122.00]"}}));
+  EXPECT_TRUE(has(element.raw(), "\nPhoton energ=[122.00]\r"));
+  EXPECT_TRUE(compound.walk({{.types = "6 m\r\r"}, {.shows = ".40]"}}));
+  EXPECT_TRUE(has(compound.raw(), "\nPhoton energy in keV=[14.40]\r"));
+  const std::string edge(127, '-');
+  EXPECT_TRUE(menu.walk({{.shows = edge + "---\n"}, {.types = "he\r"}}));
+  EXPECT_TRUE(menu.walk({{"", "q"}, {.shows = "\n" + edge + "\n"}}));
 }
 
 // The first "```text" block of the README is this session's screen.
@@ -155,9 +217,12 @@ TEST(Dialogue, ReadmeShowsARealSession) {
   const std::string readme = tests::content_of(README), mark = "\n```text\n";
   const auto begin = readme.find(mark) + mark.size();
   Screen screen({50, 80});
-  ASSERT_TRUE(screen.walk(
-      "select (help:he)>2 I,keV=[14.40]>59.54,density of the modifications,"
-      "[thickness mg/cm2]>in,mm=[0.1250]>0.5,[y]>n"));
+  ASSERT_TRUE(screen.walk({{"select (help:he)", "2 I"},
+                           {"keV=[14.40]", "59.54"},
+                           {"density of the modifications"},
+                           {"[thickness mg/cm2]", "in"},
+                           {"mm=[0.1250]", "0.5"},
+                           {"[y]", "n"}}));
   EXPECT_EQ(screen.wait(), 0);
   std::string shown = screen.rows(1, 50);
   shown.erase(0, shown.rfind('\n', shown.find("select")) + 1);

@@ -159,8 +159,13 @@ TEST_F(Browser, OpensDetailsAndDocuments) {
 
 TEST(HelpInDialogue, BringsTheUserBackToTheQuestion) {
   tests::Screen screen;  // without ZOXUHEPATH: helpfile.help
-  ASSERT_TRUE(
-      screen.walk("!10 c\rhe\r,>q,[1 Ni>10 c,[N_2>HE,[return],[N_2,g/cm3"));
+  ASSERT_TRUE(screen.walk({{.types = "10 c\rhe\r"},
+                           {"", "q"},
+                           {"[1 Ni", "10 c"},
+                           {"[N_2", "HE"},
+                           {"[return]"},
+                           {"[N_2"},
+                           {"g/cm3"}}));
 }
 
 }  // namespace

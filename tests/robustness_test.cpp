@@ -1,6 +1,8 @@
 // No input, file, terminal or signal makes the program crash, hang, or leave
 // the terminal in another mode.
 
+#include <sys/stat.h>
+
 #include <csignal>
 #include <regex>
 
@@ -14,13 +16,14 @@ using tests::content_of;
 using tests::has;
 using tests::run_piped;
 using tests::Screen;
+using tests::Step;
 
-const std::string kKeys = tests::typed("5 ES//Cu//20///5////0.1//n//");
+const std::string kKeys = "5 ES\n\nCu\n\n20\n\n\n5\n\n\n\n0.1\n\nn\n\n";
 
 TEST(EndOfInput, EndsTheRunAtEveryRead) {
   for (const auto& sample : attenuation::kCatalogue) {
-    const std::string keys = std::string(sample.text.substr(0, 4)) +
-                             tests::typed("//he///////////////");
+    const std::string keys = std::string(sample.text.substr(0, 4)) + "\n\nhe" +
+                             std::string(15, '\n');
     for (std::size_t cut = 0; cut < keys.size(); ++cut) {
       const auto run = run_piped(keys.substr(0, cut));
       if (run.status == 0) break;
@@ -30,44 +33,63 @@ TEST(EndOfInput, EndsTheRunAtEveryRead) {
   }
 }
 
-// Where a key is awaited, a line, and a line in the editor.
-const char* const kWaits[] = {"?[1 Nickel", "[1 Nickel,?Photon energy",
-                              "[1 Nickel>5 ES,?symbol for the element"};
+const std::vector<Step> kKeyAwaited = {{.shows = "[1 Nickel"}};
+const std::vector<Step> kLineAwaited = {{.prompt = "[1 Nickel"},
+                                        {.shows = "Photon energy"}};
+const std::vector<Step> kEditorAwaits = {
+    {.prompt = "[1 Nickel", .keys = "5 ES"},
+    {.shows = "symbol for the element"}};
 
 TEST(Signals, EndTheRunWithTheTerminalAsItWas) {
-  for (const char* steps : kWaits) {
+  for (const auto* steps : {&kKeyAwaited, &kLineAwaited, &kEditorAwaits}) {
+    const std::string& where = steps->back().shows;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1}) {
       Screen screen;
-      EXPECT_TRUE(screen.walk(steps));
-      EXPECT_EQ(screen.restored(), steps == kWaits[1]) << "for lines only";
+      EXPECT_TRUE(screen.walk(*steps));
+      EXPECT_EQ(screen.restored(), steps == &kLineAwaited) << where;
       screen.signal(signal);
-      EXPECT_EQ(screen.wait(), 128 + signal) << steps;
-      EXPECT_TRUE(screen.restored()) << signal << steps;
+      EXPECT_EQ(screen.wait(), 128 + signal) << where;
+      EXPECT_TRUE(screen.restored()) << signal << where;
     }
     Screen gone;
-    EXPECT_TRUE(gone.walk(steps));
+    EXPECT_TRUE(gone.walk(*steps));
     gone.hang_up();
     EXPECT_EQ(gone.wait(), 2) << "where the shell keeps SIGHUP to itself";
   }
   Screen menu;
-  EXPECT_TRUE(menu.walk("?[1 Nickel,!#"));
+  EXPECT_TRUE(menu.walk({{.shows = "[1 Nickel"}, {.types = "#"}}));
   EXPECT_EQ(menu.wait(), 128 + SIGINT) << "# interrupts a menu";
 }
 
 TEST(Signals, StoppedAndContinuedItTakesUpSingleKeysAgain) {
   Screen screen;
-  EXPECT_TRUE(screen.walk(kWaits[0]));
+  EXPECT_TRUE(screen.walk(kKeyAwaited));
   const auto single_keys = screen.settings();
   for (const int stop : {SIGTSTP, SIGSTOP}) {
     screen.signal(stop);
-    for (int i = 0; i < 999 && !screen.stopped(); ++i) usleep(10000);
+    screen.await_stop();
     EXPECT_EQ(screen.restored(), stop == SIGTSTP);
+    // Continued in the background it leaves the terminal to the shell, and
+    // waits.
+    screen.edit_in_shell();
+    const auto shells = screen.settings();
     screen.signal(SIGCONT);
-    for (int i = 0; i < 999 && screen.settings() != single_keys; ++i)
-      usleep(10000);
-    EXPECT_TRUE(screen.walk(kWaits[0]));
-    EXPECT_EQ(screen.settings(), single_keys);
+    screen.await_stop();
+    EXPECT_EQ(screen.settings(), shells);
+    screen.continue_in_foreground();
+    screen.await_settings(single_keys);
+    EXPECT_TRUE(screen.walk(kKeyAwaited));
   }
+}
+
+// Else the shell's settings would be taken for the user's and given back.
+TEST(Signals, StartedInTheBackgroundItWaitsForTheTerminal) {
+  Screen screen({24, 80}, {.background = true});
+  screen.await_stop();
+  screen.continue_in_foreground();
+  EXPECT_TRUE(
+      screen.walk({{.prompt = "[1 Nickel"}, {.shows = "keV=[122.00]"}}));
+  EXPECT_TRUE(screen.restored());
 }
 
 TEST(Terminals, OfAnySizeAndKindAreLeftAsTheyWere) {
@@ -118,16 +140,24 @@ TEST(LineEditor, DoesNotHangOnBytesThatAreNoCharacter) {
 // Some of Readline's commands divided by the columns that there were left.
 TEST(LineEditor, DoesNotDivideByZeroOnTwoColumns) {
   Screen screen({24, 2}, {.environment = {"TERM=dumb"}});
-  EXPECT_TRUE(
-      screen.walk("!5\r\r,?>,!\x12"
-                  "C,?,!\r\r,?,!*\r\r,?,!\x04\x04"));
+  const Step asks{.shows = "\n"};  // whatever it shows
+  EXPECT_TRUE(screen.walk({{.types = "5\r\r"},
+                           {.shows = ">"},
+                           {.types = "\x12"
+                                     "C"},
+                           asks,
+                           {.types = "\r\r"},
+                           asks,
+                           {.types = "*\r\r"},
+                           asks,
+                           {.types = "\x04\x04"}}));
   EXPECT_EQ(screen.wait(), 2) << screen.raw();
   EXPECT_TRUE(screen.restored());
 }
 
 TEST(Input, WithoutEndIsRefused) {
-  const auto zeros = run_piped(std::string(2 << 20, '\0'));
-  EXPECT_TRUE(has(zeros.err, "Endless line on standard input"));
+  const auto menu = run_piped(std::string(2 << 20, '\0'));
+  EXPECT_TRUE(has(menu.err, "Endless line on standard input"));
 }
 
 // What a session on the files here shows; nothing where it ends fatally.
@@ -161,9 +191,11 @@ TEST(DataFiles, CutOrDamagedGiveNoOtherNumbers) {
     EXPECT_EQ(with(std::string(3, '\0') + "\n" + whole), expected);
     for (const char c : {'x', '1', '\n'})
       EXPECT_EQ(with(std::string(10 << 20, c)), "");
-    std::filesystem::remove(file);
-    std::filesystem::create_directory(file);
-    EXPECT_EQ(session(), "") << file;
+    for (const auto make : {mkdir, mkfifo}) {
+      std::filesystem::remove(file);
+      EXPECT_EQ(make(file, 0700), 0);
+      EXPECT_EQ(session(), "") << file;
+    }
     std::filesystem::remove(file);
     tests::write(file, whole);
   }

@@ -42,19 +42,31 @@ int exit_status(int wait_status) {
 }
 
 // Runs `line` as a job of a shell, which alone can be stopped and continued.
-[[noreturn]] void run_job(const std::string& line) {
+// When it has stopped, the shell takes the terminal, and gives it back on
+// SIGUSR1.
+[[noreturn]] void run_job(const std::string& line, bool background) {
   for (const int signal : {SIGHUP, SIGTTOU}) std::signal(signal, SIG_IGN);
-  if (const pid_t job = fork(); job != 0) {
-    int status = 0;
-    waitpid(job, &status, 0);
-    _exit(exit_status(status));
+  sigset_t resume{};
+  sigaddset(&resume, SIGUSR1);
+  sigprocmask(SIG_BLOCK, &resume, nullptr);
+  const pid_t job = fork();
+  if (job == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpgid(0, 0);
+    if (!background) tcsetpgrp(STDIN_FILENO, getpid());
+    for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
+    sigprocmask(SIG_UNBLOCK, &resume, nullptr);
+    execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+    _exit(127);
   }
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  setpgid(0, 0);
-  tcsetpgrp(STDIN_FILENO, getpid());
-  for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
-  execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-  _exit(127);
+  for (int status = 0;;) {
+    waitpid(job, &status, WUNTRACED);
+    if (!WIFSTOPPED(status)) _exit(exit_status(status));
+    tcsetpgrp(STDIN_FILENO, getpid());
+    sigwaitinfo(&resume, nullptr);
+    tcsetpgrp(STDIN_FILENO, job);
+    kill(-job, SIGCONT);
+  }
 }
 
 }  // namespace
@@ -67,14 +79,15 @@ Screen::Screen(Size size, const Options& options)
   for (const int fd : {master_, slave_}) fcntl(fd, F_SETFD, FD_CLOEXEC);
   fcntl(master_, F_SETFL, O_NONBLOCK);
   resize(size);
-  initial_settings_ = settings();
+  users_ = settings();
+  if (options.background) edit_in_shell();
   const std::string line = command(options);
   shell_ = fork();
   if (shell_ < 0) std::abort();
   if (shell_ > 0) return;
   close(master_);
   login_tty(slave_);
-  run_job(line);
+  run_job(line, options.background);
 }
 
 Screen::~Screen() {
@@ -83,20 +96,22 @@ Screen::~Screen() {
   hang_up();
 }
 
-testing::AssertionResult Screen::walk(const std::string& steps) {
-  for (const std::string& step : split(steps, ',')) {
-    const auto end = std::min(step.find('>'), step.size());
-    const auto keys = step.substr(std::min(end + 1, step.size()));
+testing::AssertionResult Screen::walk(const std::vector<Step>& steps) {
+  for (const Step& step : steps) {
     bool passed = true;
-    if (step.starts_with('!')) {
-      type(step.substr(1));
-    } else if (step.starts_with('?')) {
-      passed = awaited(step.substr(1), false);
-    } else if ((passed = awaited(step.substr(0, end), true))) {
-      type(keys + "\r");
-      if (!keys.empty() && (passed = awaited("", true))) type("\r");
+    if (!step.types.empty()) {
+      type(step.types);
+    } else if (!step.shows.empty()) {
+      passed = awaited(step.shows, false);
+    } else if ((passed = awaited(step.prompt, true))) {
+      type(step.keys + "\r");
+      if (!step.keys.empty() && (passed = awaited("", true))) type("\r");
     }
-    if (!passed) return testing::AssertionFailure() << step << rows(1, rows_);
+    if (!passed) {
+      return testing::AssertionFailure()
+             << "not on the screen: '" << step.prompt << step.shows << "'\n"
+             << rows(1, rows_);
+    }
   }
   return testing::AssertionSuccess();
 }
@@ -149,10 +164,12 @@ void Screen::drain(int milliseconds) {
   }
 }
 
-// The process in the foreground.
+// The shell's only child; the shell itself before there is one.
 pid_t Screen::program() const {
-  const pid_t group = master_ < 0 ? -1 : tcgetpgrp(master_);
-  return group > 0 ? group : shell_;
+  const std::string shell = std::to_string(shell_);
+  const std::string child =
+      content_of("/proc/" + shell + "/task/" + shell + "/children");
+  return child.empty() ? shell_ : std::stoi(child);
 }
 
 std::string Screen::file(const std::string& name) const {
@@ -176,6 +193,37 @@ std::string Screen::settings() const {
   std::memset(&now, 0, sizeof now);  // also between the members
   EXPECT_EQ(tcgetattr(slave_, &now), 0);
   return {reinterpret_cast<const char*>(&now), sizeof now};
+}
+
+void Screen::await_settings(const std::string& wanted) {
+  for (const auto end = Clock::now() + kDeadline;
+       settings() != wanted && Clock::now() < end;) {
+    drain(1);
+  }
+  EXPECT_TRUE(settings() == wanted);
+}
+
+void Screen::await_stop() {
+  const auto ours = [this] { return tcgetpgrp(master_) == shell_; };
+  for (const auto end = Clock::now() + kDeadline;
+       !(stopped() && ours()) && Clock::now() < end;) {
+    drain(1);
+  }
+  EXPECT_TRUE(stopped() && ours());
+}
+
+void Screen::edit_in_shell() {
+  termios own;
+  std::memcpy(&own, users_.data(), sizeof own);
+  own.c_lflag &= ~static_cast<tcflag_t>(ECHO | ICANON);
+  tcsetattr(slave_, TCSANOW, &own);
+}
+
+void Screen::continue_in_foreground() {
+  termios users;
+  std::memcpy(&users, users_.data(), sizeof users);
+  tcsetattr(slave_, TCSANOW, &users);
+  kill(shell_, SIGUSR1);
 }
 
 void Screen::type(std::string_view keys) {

@@ -23,8 +23,21 @@ struct Size {
 // None with an apostrophe, but for `rest`.
 struct Options {
   std::string directory = DATA_DIR;
-  Words environment{};  // "NAME=value", on top of what is fixed
-  std::string rest{};   // of the command in shell notation: "--help 2>&-"
+  Words environment{};      // "NAME=value", on top of what is fixed
+  std::string rest{};       // of the command in shell notation: "--help 2>&-"
+  bool background = false;  // as with "&" behind the command
+};
+
+// What a user does and sees next: one of three.
+struct Step {
+  // Waits for this prompt, types the keys and RET, and RET again to confirm
+  // them; without keys RET alone. Sought in the last question only: the row of
+  // the cursor and the one above, or the whole menu whose lower edge is above.
+  std::string prompt{}, keys{};
+  // What any row must show when the program waits, has stopped or has ended.
+  std::string shows{};
+  // Keys to type at once.
+  std::string types{};
 };
 
 // Rows count from 1. To a size of 0 belongs a screen of 24 x 80.
@@ -33,13 +46,9 @@ class Screen {
   explicit Screen(Size size = {24, 80}, const Options& options = {});
   ~Screen();
 
-  // Steps between commas: waits for each prompt, types the keys behind its ">"
-  // and RET, and RET again to confirm them; without keys RET alone. A prompt is
-  // sought in the last question only: the row of the cursor and the one above,
-  // or the whole menu whose lower edge is above. Behind a "?" is what any row
-  // must show when the program waits, has stopped or has ended; behind a "!"
-  // are keys to type at once. Fails, with the screen, when a wait takes 10 s.
-  testing::AssertionResult walk(const std::string& steps);
+  // Takes the steps one after the other. Fails, with the screen, when a wait
+  // takes 10 s.
+  testing::AssertionResult walk(const std::vector<Step>& steps);
 
   // The screen at the last of these waits, without trailing blanks.
   std::string rows(int first, int last) const;     // each with its line end
@@ -50,12 +59,18 @@ class Screen {
   void signal(int signal) const { kill(program(), signal); }
   // The terminal goes away; settings must not be asked after.
   void hang_up();
+  // Waits for the program to stop and the shell to have the terminal, which may
+  // then edit its own line, until it gives the terminal back to the program.
+  void await_stop();
+  void edit_in_shell();
+  void continue_in_foreground();
+  void await_settings(const std::string& wanted);
   // For the end, which may be by the SIGKILL that follows after 10 s. The exit
   // status as a shell has it: 128 + the signal, if one ended the program.
   int wait();
   bool stopped() const { return file("status").find("State:\tT") < 9999; }
   std::string settings() const;  // all of the terminal's
-  bool restored() const { return settings() == initial_settings_; }
+  bool restored() const { return settings() == users_; }
 
  private:
   bool awaited(std::string_view text, bool in_question);
@@ -69,7 +84,7 @@ class Screen {
   int master_ = -1, slave_ = -1;  // the tester's and the program's side
   pid_t shell_ = -1;
   int status_ = -1;
-  std::string initial_settings_, raw_;
+  std::string users_, raw_;  // the user's own settings; all output
 };
 
 struct Outcome {
