@@ -349,8 +349,9 @@ class Reader {
     } else {
       no_unit(first, behind_blank);
     }
+    const bool explicit_count = peek() == '_';
     count(begin, bracket);
-    behind_atom_ = !bracket;
+    behind_atom_ = !bracket && !explicit_count;
     charge(text_begin);
   }
 
@@ -455,6 +456,8 @@ class Reader {
            std::to_string(kDeepestBrackets));
     }
     if (inside >= text_.size()) not_closed(open);
+    const std::size_t echo_open = reading_.echo.size();
+    const bool behind_atom = behind_atom_;
     reading_.echo += text_[open];
     ++at_;
     const std::size_t outer = units_begin_;
@@ -468,6 +471,7 @@ class Reader {
                " is closed by " + in_quotes(text_.substr(at_, 1)),
            at_, std::string("write ") + closing + " here");
     }
+    if (behind_atom) protect_iodine(echo_open);
     reading_.echo += closing;
     ++at_;
     --depth_;
@@ -675,10 +679,7 @@ class Reader {
 
   void apply(std::size_t begin, double value, std::size_t at) {
     multiply(begin, value, at);
-    // Without the 1, "Fe1(I)" would be read as an oxidation state.
-    const char next = char_at(text_, skip_blanks(text_, at_));
-    if (value != 1.0 || next == '(' || next == '[')
-      reading_.echo += plain(value);
+    if (value != 1.0) reading_.echo += plain(value);
   }
 
   // "K4[Fe(CN)6]3H2O": the dialogue's presets are written that way for the
@@ -839,6 +840,15 @@ class Reader {
     }
   }
 
+  // "Fe(I1)" comes out as "Fe_1(I)", as "Fe(I)" is refused.
+  void protect_iodine(std::size_t open) {
+    std::string& echo = reading_.echo;
+    if (echo.find_first_not_of("IV", open + 1) != echo.npos) return;
+    std::size_t begin = open;
+    while (is_digit(echo[begin - 1]) || echo[begin - 1] == '.') --begin;
+    echo.insert(begin, begin == open ? "_1" : "_");
+  }
+
   void merge() {
     Composition& all = reading_.composition;
     all.reserve(std::min<std::size_t>(atoms_used_, 16));
@@ -859,20 +869,26 @@ class Reader {
   // "SIO2" is sulphur, iodine and oxygen, though few will mean that.
   void note_capitals() {
     if (saw_small_) return;
-    // Pairs that are common inside a formula: carbonates, sulphides, acids,
-    // phosphates, thiocyanates.
+    // Pairs that are common inside a formula (carbonates, acids, phosphates,
+    // thiocyanates), and what is common everywhere.
     constexpr std::array common = {"CO"sv, "CS"sv, "HO"sv,
                                    "OS"sv, "PO"sv, "SC"sv};
+    constexpr std::array groups = {"CO(N"sv, "CS(N"sv, "HOC"sv, "HOO"sv,
+                                   "CD3"sv,  "ND3"sv,  "ND4"sv};
     const std::string_view text = trimmed(text_);
     if (text == "CO2") return;
+    const auto begins = [&text](std::size_t i, const auto& all) {
+      return std::any_of(all.begin(), all.end(), [&](std::string_view one) {
+        return text.substr(i, one.size()) == one;
+      });
+    };
     std::string meant(text);
     bool doubtful = false;
     for (std::size_t i = 0; i + 1 < text.size(); ++i) {
       if (!is_capital(text[i]) || !is_capital(text[i + 1])) continue;
       if (symbol(text[i], small(text[i + 1])) == 0) continue;
-      const bool is_common = std::find(common.begin(), common.end(),
-                                       text.substr(i, 2)) != common.end();
-      doubtful = doubtful || i == 0 || !is_common;
+      const bool is_common = begins(i, groups) || (i > 0 && begins(i, common));
+      doubtful = doubtful || !is_common;
       meant[i + 1] = small(text[i + 1]);
       ++i;
     }
