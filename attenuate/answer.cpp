@@ -5,7 +5,7 @@
 #include <string>
 
 #include "attenuate/notes.h"
-#include "attenuate/number.h"
+#include "attenuate/tables.h"
 #include "physics/errors.h"
 #include "physics/material.h"
 
@@ -190,6 +190,26 @@ void Answerer::check_solvable(Question& question) {
   }
 }
 
+// The parabola and mu_en/rho have tables of their own, which may end earlier
+// than those that the words were held against.
+void Answerer::check_tables(const Question& question) {
+  const bool same =
+      settings_.rule == physics::Rule::kPchip && !settings_.energy_absorption;
+  if (same) return;
+  for (const auto& beam : question.beams) {
+    try {
+      const bool source = beam.kind == Beam::Kind::kSource;
+      row_at(question,
+             source ? beam.source->lines.front().energy : beam.energy(0));
+      row_at(question, source ? beam.source->lines.back().energy
+                              : beam.energy(beam.count - 1));
+    } catch (const physics::OutsideTable& outside) {
+      throw physics::InputError(outside_in_words(outside, *settings_.data),
+                                question.column(beam.at));
+    }
+  }
+}
+
 void Answerer::check_strict(const Question& question) const {
   if (!settings_.strict || question.notes.empty()) return;
   throw physics::InputError(question.notes.front(), 0,
@@ -200,6 +220,7 @@ void Answerer::answer(Question& question, Writer& writer) {
   add_notes(question, *settings_.data);
   check_strict(question);
   // Nothing is printed of what cannot be answered in full.
+  check_tables(question);
   if (question.unknown) check_solvable(question);
   writer.begin(question);
   for (const auto& beam : question.beams) {

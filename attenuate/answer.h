@@ -84,6 +84,7 @@ class Answerer {
   void answer_source(Question& question, const Beam& beam, Writer& writer);
   void answer_energies(Question& question, const Beam& beam, Writer& writer);
 
+  void check_tables(const Question& question);
   void check_strict(const Question& question) const;
 
   const Settings& settings_;

@@ -31,22 +31,21 @@ std::string thickness(const Question& question, std::size_t layer) {
 
 }  // namespace
 
-std::string echo(const physics::Material& material) {
+std::string echo(const Question& question, std::size_t layer) {
+  const auto& material = question.layers[layer].material;
   std::string text = material.read;
   if (material.molar_mass) {
     text += "  " + number(*material.molar_mass, 5) + " g/mol";
   }
   if (material.density) {
     text += "  " + number(material.density->g_cm3) + " g/cm3";
-    if (!material.density_origin.empty()) {
-      text += " (" + material.density_origin + ")";
-    }
   }
-  return text;
+  return text + thickness(question, layer);
 }
 
-std::string echo(const Question& question, std::size_t layer) {
-  return echo(question.layers[layer].material) + thickness(question, layer);
+std::string density_origin(const physics::Material& material) {
+  if (!material.density || material.density_origin == "typed") return {};
+  return "density: " + material.density_origin;
 }
 
 std::vector<std::string> fractions(const physics::Material& material,

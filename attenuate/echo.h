@@ -10,11 +10,12 @@
 
 namespace attenuate {
 
-// A material: "CuSO4 + 5 H2O  249.69 g/mol  2.286 g/cm3 (typed)".
-std::string echo(const physics::Material& material);
-
-// A layer of a question: its material and thickness.
+// A layer of a question: "CuSO4 + 5 H2O  249.69 g/mol  2.286 g/cm3  50 mg/cm2".
 std::string echo(const Question& question, std::size_t layer);
+
+// Where its density is from, where that is not the question itself: "density:
+// NIST"; blank without.
+std::string density_origin(const physics::Material& material);
 
 // The mass fractions: "Cu 25.45 %  S 12.84 %  O 57.67 %  H 4.037 %", in lines
 // of at most `width` characters; none for an element.

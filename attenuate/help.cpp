@@ -16,7 +16,7 @@ constexpr char kHelp[] =
     R"(attenuate: how much of a photon beam passes, in one line
 
   attenuate Fe 25um 14.41                    one energy, in keV
-  attenuate Fe 25um 57Co                     the lines of a source, and their sum
+  attenuate Fe 25um 57Co                     every line of a source, and the sum
   attenuate Pb 661.7                         coefficients, half and tenth value
   attenuate kapton 50um + air 10cm + Fe 25um 5:30:0.5      layers, a range
   attenuate kapton 50um + Fe T=0.3 14.41     how thick for a transmission

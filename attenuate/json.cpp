@@ -18,16 +18,16 @@ std::string dumped(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-template <typename T>
-Json value_or_null(const std::optional<T>& value) {
-  return value ? Json(*value) : Json();
+Json rounded(double value, const Settings& settings) {
+  return Json::parse(number(value, settings.digits));
 }
 
-Json fractions(const physics::Material& material, const physics::Data& data) {
+Json fractions(const physics::Material& material, const Settings& settings) {
   Json json = Json::object();
   for (const auto& part : material.constituents) {
-    const auto& element = data.elements()[static_cast<std::size_t>(part.z) - 1];
-    json[std::string(element.symbol)] = part.mass_fraction;
+    const auto& element =
+        settings.data->elements()[static_cast<std::size_t>(part.z) - 1];
+    json[std::string(element.symbol)] = rounded(part.mass_fraction, settings);
   }
   return json;
 }
@@ -43,16 +43,17 @@ Json layer(const Question& question, std::size_t i, const Settings& settings) {
   Json json;
   json["typed"] = material.typed;
   json["read"] = material.read;
-  json["molar_mass_g_mol"] = value_or_null(material.molar_mass);
+  json["molar_mass_g_mol"] =
+      material.molar_mass ? rounded(*material.molar_mass, settings) : Json();
   json["density_g_cm3"] =
-      material.density ? Json(material.density->g_cm3) : Json();
+      material.density ? rounded(material.density->g_cm3, settings) : Json();
   json["density_origin"] = material.density_origin;
-  json["mass_fractions"] = fractions(material, *settings.data);
+  json["mass_fractions"] = fractions(material, settings);
   const bool given =
       thickness.given == Given::kLength || thickness.given == Given::kAreaMass;
   json["thickness_typed"] =
       thickness.typed.empty() ? Json() : Json(thickness.typed);
-  json["area_mass_g_cm2"] = given ? Json(layer.d.g_cm2) : Json();
+  json["area_mass_g_cm2"] = given ? rounded(layer.d.g_cm2, settings) : Json();
   return json;
 }
 
@@ -147,7 +148,7 @@ class JsonWriter : public RowWriter {
       json["layers"].push_back(layer(question, i, settings()));
     }
     json["wanted_transmission"] =
-        question.unknown ? Json(question.wanted) : Json();
+        question.unknown ? rounded(question.wanted, settings()) : Json();
     json["notes"] = question.notes;
     return json;
   }

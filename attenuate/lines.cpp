@@ -36,7 +36,7 @@ Lines::~Lines() {
 
 bool Lines::fill() {
   if (begin_ > 0) {
-    std::memmove(buffer_.data(), &buffer_[begin_], end_ - begin_);
+    std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
     end_ -= begin_;
     begin_ = 0;
   }
@@ -45,7 +45,7 @@ bool Lines::fill() {
   if (::poll(&waiting, 1, 0) == 0) before_waiting_();
   ssize_t count = 0;
   do {
-    count = ::read(descriptor_, &buffer_[end_], buffer_.size() - end_);
+    count = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - end_);
   } while (count < 0 && errno == EINTR);
   if (count < 0) refuse(file_);
   end_ += static_cast<std::size_t>(count);
@@ -54,40 +54,23 @@ bool Lines::fill() {
 
 std::optional<std::string_view> Lines::next(std::size_t most) {
   std::size_t searched = 0;
-  bool cut = false;
   while (true) {
-    const char* const from = buffer_.data() + begin_ + searched;
+    const char* const begin = buffer_.data() + begin_;
     const auto* end = static_cast<const char*>(
-        std::memchr(from, '\n', end_ - begin_ - searched));
-    const std::size_t length =
-        end != nullptr ? static_cast<std::size_t>(end - buffer_.data()) - begin_
-                       : end_ - begin_;
-    if (end != nullptr && !cut) {
-      const std::string_view line(&buffer_[begin_], length);
-      begin_ += length + 1;
-      return line.substr(0, std::min(line.size(), most + 1));
-    }
+        std::memchr(begin + searched, '\n', end_ - begin_ - searched));
     if (end != nullptr) {
-      // The rest of a line that was too long: its beginning stays in front.
-      std::memmove(buffer_.data() + begin_ + length - (most + 1),
-                   buffer_.data() + begin_, most + 1);
-      const std::string_view line(&buffer_[begin_ + length - (most + 1)],
-                                  most + 1);
+      const auto length = static_cast<std::size_t>(end - begin);
       begin_ += length + 1;
-      return line;
+      return std::string_view(begin, std::min(length, most + 1));
     }
-    if (length > most) {
-      // Only the beginning is kept.
-      end_ = begin_ + most + 1;
-      cut = true;
-    }
+    // Of a line that is too long only the beginning is kept.
+    end_ = std::min(end_, begin_ + most + 1);
     searched = end_ - begin_;
-    if (!fill()) {
-      if (begin_ == end_) return std::nullopt;
-      const std::string_view line(&buffer_[begin_], end_ - begin_);
-      begin_ = end_;
-      return line;
-    }
+    if (fill()) continue;
+    if (begin_ == end_) return std::nullopt;
+    const std::string_view line(buffer_.data() + begin_, end_ - begin_);
+    begin_ = end_;
+    return line;
   }
 }
 

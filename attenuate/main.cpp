@@ -3,6 +3,8 @@
 
 #include <unistd.h>
 
+#include <exception>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,6 +94,8 @@ int run(Arguments arguments) {
     complain(std::string("error: ") + error.what() + "\n");
   } catch (const base::FatalEnd& end) {
     complain(end.report());
+  } catch (const std::exception& error) {
+    complain(std::string("error: ") + error.what() + "\n");
   }
   return kRefused;
 }

@@ -111,8 +111,7 @@ Request read_options(std::span<const std::string_view> arguments) {
   if (typed.help) request.told = Told::kHelp;
   if (typed.help_all) request.told = Told::kHelpAll;
   if (app.count("--data") > 0) {
-    request.own_data = physics::read_data(typed.data);
-    request.settings.data = request.own_data.get();
+    throw physics::InputError("--data waits for its reader", 0);
   }
   return request;
 }

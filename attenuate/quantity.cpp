@@ -113,14 +113,16 @@ char lower(char c) {
   return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+bool same_letters(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lower(x) == lower(y); });
+}
+
 // The unit that was meant: by its letters first, whatever their size.
 std::string meant_unit(std::string_view name) {
   const auto known = all_units();
   for (const auto unit : known) {
-    if (std::equal(unit.begin(), unit.end(), name.begin(), name.end(),
-                   [](char a, char b) { return lower(a) == lower(b); })) {
-      return std::string(unit);
-    }
+    if (same_letters(unit, name)) return std::string(unit);
   }
   if (name.size() > 16) return {};
   const auto nearest = physics::nearest(name, known, 1);
@@ -196,16 +198,26 @@ physics::Energy energy(std::string_view word) {
   return {value * unit->factor};
 }
 
+bool is_unit_in_other_letters(std::string_view name) {
+  const auto known = all_units();
+  return std::any_of(known.begin(), known.end(), [name](const auto unit) {
+    return same_letters(unit, name);
+  });
+}
+
 void refuse_unit(std::string_view name, std::size_t column) {
-  std::string message = "unit '" + std::string(name) + "' is not known";
+  constexpr char kKnown[] =
+      "nm um mm cm m mil in; ug/cm2 mg/cm2 g/cm2 kg/m2; eV keV MeV";
+  if (name.empty()) {
+    throw InputError("a unit is missing", static_cast<int>(column), kKnown);
+  }
+  const std::string message = "unit '" + std::string(name) + "' is not known";
   const std::string meant = meant_unit(name);
   if (!meant.empty()) {
     throw InputError(message + "; did you mean " + meant + "?",
                      static_cast<int>(column));
   }
-  throw InputError(message, static_cast<int>(column),
-                   "nm um mm cm m mil in; ug/cm2 mg/cm2 g/cm2 kg/m2; "
-                   "eV keV MeV");
+  throw InputError(message, static_cast<int>(column), kKnown);
 }
 
 }  // namespace attenuate

@@ -49,6 +49,9 @@ LengthOrAreaMass thickness(std::string_view word);
 // column in `word`.
 physics::Energy energy(std::string_view word);
 
+// Whether `name` is a unit but for capital and small letters: "kev".
+bool is_unit_in_other_letters(std::string_view name);
+
 // What is wrong with `name` in place of a unit, as an error in `column`.
 [[noreturn]] void refuse_unit(std::string_view name, std::size_t column);
 

@@ -6,6 +6,8 @@
 namespace attenuate {
 namespace {
 
+constexpr std::size_t kWidth = 80;
+
 std::size_t width_of(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(
       text.begin(), text.end(),
@@ -21,18 +23,30 @@ std::string cell(const RecordColumn& column, std::string_view text) {
                                       : std::string(text) + padding;
 }
 
-void write_text_line(std::string line, Output& output) {
+void write_text_line(std::string line, bool whole, Output& output) {
   line.erase(line.find_last_not_of(' ') + 1);
+  if (!whole && width_of(line) > kWidth) {
+    std::size_t end = kWidth - 3;
+    while ((static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) --end;
+    line = line.substr(0, end) + "...";
+  }
   output.text(line + "\n");
 }
 
-void write_details(const Records& records, const std::vector<std::string>& row,
-                   Output& output) {
-  for (std::size_t i = 0; i < row.size(); ++i) {
-    if (records.columns[i].show != Show::kDetail || row[i].empty()) continue;
+// Whether the record above has said the same of the same.
+bool is_repeated(const Records& records, std::size_t row, std::size_t column) {
+  return row > 0 && records.rows[row][0] == records.rows[row - 1][0] &&
+         records.rows[row][column] == records.rows[row - 1][column];
+}
+
+void write_details(const Records& records, std::size_t row, Output& output) {
+  for (std::size_t i = 0; i < records.columns.size(); ++i) {
+    const auto& text = records.rows[row][i];
+    if (records.columns[i].show != Show::kDetail || text.empty()) continue;
+    if (is_repeated(records, row, i)) continue;
     std::string name(records.columns[i].name);
     std::replace(name.begin(), name.end(), '_', ' ');
-    output.text("    " + name + ": " + row[i] + "\n");
+    output.text("    " + name + ": " + text + "\n");
   }
 }
 
@@ -43,16 +57,17 @@ void write_text(const Records& records, bool details, Output& output) {
     heading += cell(column, column.name);
     if (column.show == Show::kNumber) heading += "  ";
   }
-  write_text_line(heading, output);
-  for (const auto& row : records.rows) {
+  write_text_line(heading, details, output);
+  for (std::size_t r = 0; r < records.rows.size(); ++r) {
+    const auto& row = records.rows[r];
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
       if (records.columns[i].show == Show::kDetail) continue;
       line += cell(records.columns[i], row[i]);
       if (records.columns[i].show == Show::kNumber) line += "  ";
     }
-    write_text_line(line, output);
-    if (details) write_details(records, row, output);
+    write_text_line(line, details, output);
+    if (details) write_details(records, r, output);
   }
 }
 

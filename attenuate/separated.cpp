@@ -114,6 +114,8 @@ class SeparatedWriter : public AnswerWriter {
   void write_echo(const Question& question) {
     for (std::size_t i = 0; i < question.layers.size(); ++i) {
       comment("layer " + std::to_string(i + 1) + ": " + echo(question, i));
+      const auto origin = density_origin(question.layers[i].material);
+      if (!origin.empty()) comment("  " + origin);
       for (const auto& line : fractions(question.layers[i].material, 1000)) {
         comment("  " + line);
       }

@@ -144,6 +144,8 @@ class TextWriter : public AnswerWriter {
       std::string text;
       if (question.layers.size() > 1) text = std::to_string(i + 1) + "  ";
       output_.text(base::harmless(text + echo(question, i)) + "\n");
+      const auto origin = density_origin(question.layers[i].material);
+      if (!origin.empty()) output_.text("   " + origin + "\n");
       for (const auto& line :
            fractions(question.layers[i].material, kWidth - 3)) {
         output_.text("   " + line + "\n");

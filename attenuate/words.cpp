@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "attenuate/energies.h"
-#include "attenuate/number.h"
 #include "attenuate/quantity.h"
+#include "attenuate/tables.h"
 #include "physics/table.h"
 
 namespace attenuate {
@@ -88,8 +88,7 @@ std::optional<IsotopeLike> isotope_like(std::string_view word) {
   return IsotopeLike{word.substr(0, digits), symbol};
 }
 
-[[noreturn]] void refuse_isotope(std::string_view word,
-                                 const IsotopeLike& isotope) {
+void refuse_isotope(std::string_view word, const IsotopeLike& isotope) {
   const std::string message = "no source is called " + std::string(word);
   if (physics::element_with_symbol(isotope.symbol) != nullptr) {
     throw InputError(
@@ -102,13 +101,15 @@ std::optional<IsotopeLike> isotope_like(std::string_view word) {
   if (!nearest.empty()) {
     throw InputError(message + "; did you mean " + nearest.front() + "?", 1);
   }
-  throw InputError(message, 1, "`attenuate sources` lists all");
 }
 
 // A word that begins with a number and is neither thickness nor energy.
 Kind refuse_or_formula(std::string_view word, const Number& number) {
   if (const auto isotope = isotope_like(word)) refuse_isotope(word, *isotope);
   const std::string_view rest = number.rest;
+  if (is_unit_in_other_letters(rest)) {
+    refuse_unit(rest, number.typed.size() + 1);
+  }
   const bool symbol =
       'A' <= rest[0] && rest[0] <= 'Z' &&
       (physics::element_with_symbol(rest.substr(0, 2)) != nullptr ||
@@ -219,41 +220,16 @@ void set_wanted(Question& question, std::size_t layer, const Word& word) {
 
 // --- energies against the tables -------------------------------------------
 
-std::string range_in_words(physics::Energy first, physics::Energy last) {
-  return energy_in_words(first.keV) + " to " + energy_in_words(last.keV);
-}
-
-[[noreturn]] void refuse_energy(const Question& question, const Beam& beam,
-                                physics::Energy energy, int z,
-                                const physics::Data& data) {
-  physics::Energy first{1e9};
-  physics::Energy last{0};
-  for (int any = 1; any <= physics::kElements; ++any) {
-    first = std::min(first, first_energy(data.table(any)));
-    last = std::max(last, last_energy(data.table(any)));
-  }
-  const bool below = energy < first_energy(data.table(z));
-  std::string message = energy_in_words(energy.keV) + " is " +
-                        (below ? "below" : "above") + " the ";
-  if (energy < first || last < energy) {
-    message += "tables (" + range_in_words(first, last) + ")";
-  } else {
-    const auto& element = data.elements()[static_cast<std::size_t>(z) - 1];
-    message += "table of " + std::string(element.name) + " (" +
-               range_in_words(first_energy(data.table(z)),
-                              last_energy(data.table(z))) +
-               ")";
-  }
-  refuse(question, beam.at, message);
-}
-
 void check_energy(const Question& question, const Beam& beam,
                   physics::Energy energy, const physics::Data& data) {
   for (const auto& layer : question.layers) {
     for (const auto& part : layer.material.constituents) {
       const auto& table = data.table(part.z);
       if (energy < first_energy(table) || last_energy(table) < energy) {
-        refuse_energy(question, beam, energy, part.z, data);
+        refuse(question, beam.at,
+               outside_in_words(
+                   {part.z, energy, first_energy(table), last_energy(table)},
+                   data));
       }
     }
   }
@@ -389,17 +365,27 @@ std::size_t Reader::last_of_material(std::size_t first) const {
   return last;
 }
 
+// A word that is no thickness and no energy, behind the layer's material.
+void Reader::refuse_second(const Question& question, const Word& word) {
+  try {
+    material(word.text);
+  } catch (const InputError&) {
+    refuse(question, word.at,
+           quoted(word.text) + " is no thickness and no energy",
+           "25um, 50mg/cm2; 14.41, 122keV, 57Co");
+  }
+  refuse(question, word.at,
+         quoted(word.text) + " is a second material in this layer",
+         "put + between layers, // between parts of a mixture");
+}
+
 // Takes the material that begins with word `first`; returns its last word.
 std::size_t Reader::add_layer(Question& question, std::size_t first) {
   const Word& word = words_[first];
   if (!open_ && is_amount_word(word.text)) {
     at_word(question, word.at, [&] { return thickness(word.text); });
   }
-  if (!open_) {
-    refuse(question, word.at,
-           quoted(word.text) + " is a second material in this layer",
-           "put + between layers, // between parts of a mixture");
-  }
+  if (!open_) refuse_second(question, word);
   if (layers_ == kMostLayers) {
     refuse(question, word.at,
            "more than " + std::to_string(kMostLayers) + " layers");
