@@ -1,6 +1,9 @@
 #include "attenuation/atcoefficient.h"
 
+#include <vector>
+
 #include "attenuation/coefficientfile.h"
+#include "attenuation/elementlist.h"
 #include "base/text.h"
 #include "base/unit.h"
 #include "help/key.h"
@@ -8,36 +11,37 @@
 
 namespace attenuation {
 
-void atcoefficient(int nrd, int nwr, int j, const Composition& indx,
-                   const Composition& mult, const ElementNames& ename,
-                   const MolarWeights& emolweight, float& value, float& atc) {
-  constexpr int kColumns = 80;  // whatever the terminal has
+float asked_energy(float value, int nrd, int nwr) {
+  constexpr int kColumns = 80;
   base::Text<132> querytype = "Photon energy in keV";
   base::Text<7> form = "f8.2";
   base::Text<132> chcom = std::string_view(help::Key("read/energy"));
   toolkit::askvalue(querytype, form, value, chcom, kColumns, nrd, nwr);
-  const float energy = value;
+  return value;
+}
 
-  base::Array<float, kComponents> atcoef{"atcoef"};
-  for (int i = 1; i <= j; ++i) {
-    const base::Text<12>& name = ename(indx(i));
+float coefficient_of(const physics::Components& components,
+                     const physics::ElementNames& ename,
+                     const physics::MolarWeights& emolweight, float energy) {
+  constexpr int kRecord = 12;
+  std::vector<float> coefficients;
+  for (const physics::Component& component : components) {
     const base::UnitCloser closer(base::unit(1));
-    base::Text<12> element;
-    find_element(name, element);
-    attenuation_of(name, energy, atc);
-    atcoef(i) = atc;
+    const base::Text<12>& name = name_of(ename, component.index);
+    find_element<kRecord>(name);
+    coefficients.push_back(attenuation_of(name, energy));
   }
+  return physics::mass_attenuation(components, emolweight, coefficients);
+}
 
-  const auto atoms = [&mult](int i) { return static_cast<float>(mult(i)); };
-  float hmol = 0.0F;
-  for (int i = 1; i <= j; ++i) {
-    hmol = emolweight(indx(i)) * atoms(i) + hmol;
-  }
-  atc = 0.0F;
-  for (int i = 1; i <= j; ++i) {
-    atc = atcoef(i) * (atoms(i) * emolweight(indx(i))) + atc;
-  }
-  atc = atc / hmol;
+void atcoefficient(int nrd, int nwr, int j, const PerComponent& indx,
+                   const PerComponent& mult, const physics::ElementNames& ename,
+                   const physics::MolarWeights& emolweight, float& value,
+                   float& atc) {
+  physics::Components components;
+  for (int i = 1; i <= j; ++i) components.add({indx(i), mult(i)});
+  value = asked_energy(value, nrd, nwr);
+  atc = coefficient_of(components, ename, emolweight, value);
 }
 
 }  // namespace attenuation

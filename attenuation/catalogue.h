@@ -45,7 +45,7 @@ struct Sample {
   Kind kind;
   std::string_view element;  // name, Kind::kElement only
   float density;          // g/cm3; of elements unused: the density table has it
-  float energy;           // default photon energy, keV
+  float energy;           // default photon energy, keV; not of kTwoLines
   std::string_view form;  // how the energy is shown, element samples only
   Composed atoms{};       // Kind::kComposition only
 };
@@ -73,15 +73,22 @@ inline constexpr std::array<Sample, 11> kCatalogue{{
     {"10 compound", "read/compound",
      Kind::kFormula,     "",         0.0F,    14.4F,   ""},
     {"11 0.111(136.5keV), 0.889(122.0keV)", "read/bgco57",
-     Kind::kTwoLines,    "",         1.86F,   122.01F, ""},
+     Kind::kTwoLines,    "",         1.86F,   0.0F,    ""},
 }};
 // clang-format on
 
-// The two-line source: the gamma lines of 57Co, and their shares among the
-// photons of both.
-inline constexpr float kUpperLine = 136.46F;  // keV; the lower is the entry's
-inline constexpr float kLowerShare = 0.889F;
-inline constexpr float kUpperShare = 0.111F;
+// A line of a source: the energy that is proposed, in keV, and its share among
+// the photons of all lines.
+struct SourceLine {
+  float energy;
+  float share;
+};
+
+// The gamma lines of 57Co, for Kind::kTwoLines.
+inline constexpr std::array<SourceLine, 2> kCobaltLines{{
+    {122.01F, 0.889F},
+    {136.46F, 0.111F},
+}};
 
 }  // namespace attenuation
 

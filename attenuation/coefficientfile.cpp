@@ -1,14 +1,16 @@
 #include "attenuation/coefficientfile.h"
 
+#include "attenuation/attenuation.h"
+
 namespace attenuation {
 
-void attenuation_of(const base::Text<12>& name, float energy, float& atc) {
-  try {
-    attenuation(energy, atc);
-  } catch (base::FatalEnd& end) {
-    end.advise(std::string(name.trimmed()) + ": " + end.advice());
-    throw;
-  }
+float attenuation_of(const base::Text<12>& name, float energy) {
+  float atc = 0.0F;
+  base::with_advice([&] { attenuation(energy, atc); },
+                    [&name](const base::FatalEnd& end) {
+                      return std::string(name.trimmed()) + ": " + end.advice();
+                    });
+  return atc;
 }
 
 }  // namespace attenuation

@@ -6,39 +6,34 @@
 #include <string>
 #include <string_view>
 
-#include "attenuation/attenuation.h"
 #include "base/fatal.h"
 #include "base/text.h"
 #include "base/unit.h"
+#include "physics/elementlist.h"
 
 namespace attenuation {
 
 inline constexpr std::string_view kCoefficientFile = "attenuation.coefficients";
 
-// Opens the coefficient file as unit 1 and reads to the record after the one
-// that names the element, into `element`. Column 1 of a name record does not
-// count; one that merely begins with the name also matches.
-// The unit stays open before the block's six header records, for attenuation();
-// the caller closes it.
-// Fatal: no such file or element; a name that does not fit the record.
+// Opens the coefficient file as unit 1, finds the block of an element and
+// returns the record after the one that names it, cut to `N` columns.
+// The unit stays open before the titles of the block, for attenuation(); the
+// caller closes it.
+// Fatal: no such file or element; a name that does not fit N - 1 columns.
 template <int N>
-void find_element(const base::Text<12>& name, base::Text<N>& element) {
+base::Text<N> find_element(const base::Text<12>& name) {
   base::Unit& file = base::unit(1);
   file.open(kCoefficientFile);
-  const int l = name.length() + 1;
-  static_cast<void>(element.columns(2, l, "element"));  // must fit
-  try {
-    file.read_to(2, name.trimmed(), element);
-    file.read(element);
-  } catch (base::EndOfFile& end) {
-    end.advise("no block for the element \"" + std::string(name.trimmed()) +
-               "\"; " + end.advice());
-    throw;
-  }
+  return base::with_advice<base::EndOfFile>(
+      [&] { return physics::find_block<N>(file, name); },
+      [&name](const base::EndOfFile& end) {
+        return "no block for the element \"" + std::string(name.trimmed()) +
+               "\"; " + end.advice();
+      });
 }
 
 // attenuation() for the element `name`, which a fatal end then names.
-void attenuation_of(const base::Text<12>& name, float energy, float& atc);
+float attenuation_of(const base::Text<12>& name, float energy);
 
 }  // namespace attenuation
 

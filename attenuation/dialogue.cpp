@@ -55,8 +55,7 @@ const Sample& asked_sample() {
 void dialogue() {
   measure_terminal();
   write_banner();
-  ElementList elements;
-  read_element_list(elements);
+  const physics::ElementList elements = read_element_list();
   help::localpath.localhepath = "/attenuation.help";
   menu::show_help = help::help;
 

@@ -9,10 +9,8 @@ namespace attenuation {
 // modification that the user picks from a menu, shown also where there is only
 // one.
 //
-// Reads "dichte.dat" in the current directory: records with the atomic number
-// in columns 1-8 and the menu's text from column 9 on, in which the density is
-// the first number from column 39 of the record on. The records of an element
-// follow one another; another record must follow the last.
+// Reads "dichte.dat" in the current directory through unit 2, which is closed
+// before the menu: its help reads details files by that unit.
 // Fatal: the file is missing or ends first; more than 64 modifications; the
 // menu is left without a choice; the terminal is too narrow for the density.
 float elementdensity(int nz);

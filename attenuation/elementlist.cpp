@@ -1,37 +1,28 @@
 #include "attenuation/elementlist.h"
 
+#include <string>
+
 #include "base/fatal.h"
 #include "base/unit.h"
-#include "text/trlch.h"
 
 namespace attenuation {
 
-void read_element_list(ElementList& elements) {
+physics::ElementList read_element_list() {
   base::Unit& file = base::unit(1);
   file.open("elements.dat");
   const base::UnitCloser closer(file);
-  for (int i = 1; i <= kElements; ++i) {
-    base::Text<80> record;
-    file.read(record);
-    elements.es(i) = record.columns<9, 10>();
-    elements.ename(i) = record.columns<17, 28>();
-    int iout = 0;
-    base::Array<float, 32> out{"out"};
-    toolkit::trlch(20, record.columns<30, 80>(), iout, out);
-    elements.emolweight(i) = out(1);
-  }
+  return physics::read_element_list(file);
 }
 
-int element_with_symbol(const Symbols& es, const base::Text<2>& symbol) {
-  int i = 1;
-  try {
-    while (es(i) != symbol) ++i;
-  } catch (base::RangeError& error) {
-    error.advise("unknown element symbol \"" + std::string(symbol.trimmed()) +
-                 "\": symbols are case-sensitive, for example Cu or N");
-    throw;
+const base::Text<12>& name_of(const physics::ElementNames& ename, int index) {
+  const base::Text<12>& name = ename(index);
+  if (name.blank()) {
+    base::fatal("No element name in record " + std::to_string(index) +
+                    " of 'elements.dat'",
+                "columns 17-28 of this record must hold the name that heads"
+                " the element's block of coefficients");
   }
-  return i;
+  return name;
 }
 
 }  // namespace attenuation

@@ -3,26 +3,20 @@
 #ifndef ATTENUATION_PARABEL_H_
 #define ATTENUATION_PARABEL_H_
 
-#include "base/array.h"
+#include "physics/parabola.h"
 
 namespace attenuation {
 
-using FitPoints = base::Array<double, 4>;
-
 // Evaluates a parabola through `ns` points at the energy `us`.
 //
-// ns   4: exactly through points 2 and 3, with the curvature that fits points
-//      1 and 4 best (least squares); 3: exactly through points 1, 2 and 3; any
-//      other leaves `att` as it was
+// ns   4: physics::four_point_fit; 3: physics::three_point_fit; any other
+//      leaves `att` as it was
 // xs   energies in MeV, rising; all four come back in keV, used or not
 // ys   coefficients in cm2/g
 // us   energy in MeV
 // att  receives the coefficient in cm2/g
-//
-// The fit is one of the values themselves, not of their logarithms, with
-// energies in keV. Two equal energies among three points give whatever single
-// precision makes of a singular matrix.
-void parabel(int ns, FitPoints& xs, const FitPoints& ys, double us, float& att);
+void parabel(int ns, physics::FitPoints& xs, const physics::FitPoints& ys,
+             double us, float& att);
 
 }  // namespace attenuation
 

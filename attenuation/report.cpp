@@ -4,6 +4,7 @@
 
 #include "base/edit.h"
 #include "base/unit.h"
+#include "physics/beam.h"
 
 namespace attenuation {
 namespace {
@@ -19,7 +20,8 @@ void report_coefficient(float atc, float density, int width) {
     return base::fixed_field(value, width, 3);
   };
   write(" mue/rho=" + field(atc) + " [cm^2/g]  density=" + field(density) +
-        " [g/cm^3]  mu_e=" + field(atc * density / 10.0F) + " [mm^-1]");
+        " [g/cm^3]  mu_e=" + field(physics::linear_attenuation(atc, density)) +
+        " [mm^-1]");
   write("");
 }
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,47 +13,42 @@
 #include "attenuation/coefficientfile.h"
 #include "attenuation/contentformula.h"
 #include "attenuation/elementdensity.h"
+#include "attenuation/elementlist.h"
 #include "attenuation/report.h"
 #include "base/fatal.h"
 #include "base/text.h"
 #include "base/unit.h"
 #include "help/key.h"
 #include "menu/choose.h"
-#include "text/itoc8.h"
+#include "physics/beam.h"
+#include "physics/flatformula.h"
 
 namespace attenuation {
 namespace {
 
 using base::Text;
 
-// A composition as contentformula gives it.
-struct Formula {
-  int j = 0;
-  Composition indx{"indx"};
-  Composition mult{"mult"};
-};
-
-Formula preset(const Sample& sample, const Symbols& es) {
-  Formula formula;
+physics::Components preset(const Sample& sample, const physics::Symbols& es) {
+  physics::Components components;
   for (const Atoms& atoms : sample.atoms) {
     if (atoms.count == 0) break;
-    // Meant: whatever the list has there is taken.
+    // Whatever the list has in the record is taken: with a list of one's own
+    // the presets become samples of one's own.
     if (es(atoms.index) != atoms.symbol) {
       base::note(
           "elements.dat:" + std::to_string(atoms.index) +
           ": the sample takes " + std::string(es(atoms.index).trimmed()) +
           ", which stands in this line, for " + std::string(atoms.symbol));
     }
-    formula.indx(++formula.j) = atoms.index;
-    formula.mult(formula.j) = atoms.count;
+    components.add({atoms.index, atoms.count});
   }
-  return formula;
+  return components;
 }
 
 // Tells of elements that count for nothing, or for less.
-void note_weights(const Formula& formula, const ElementList& elements) {
-  for (int i = 1; i <= formula.j; ++i) {
-    const int index = formula.indx(i);
+void note_weights(const physics::Components& components,
+                  const physics::ElementList& elements) {
+  for (const auto& [index, count] : components) {
     const float weight = elements.emolweight(index);
     if (weight > 0.0F && std::isfinite(weight)) continue;
     base::note("elements.dat:" + std::to_string(index) +
@@ -62,82 +58,89 @@ void note_weights(const Formula& formula, const ElementList& elements) {
   }
 }
 
-float coefficient_at(float default_energy, const Formula& formula,
-                     const ElementList& elements) {
-  float value = default_energy;
-  float atc = 0.0F;
-  atcoefficient(base::kTerminalInput, base::kTerminalOutput, formula.j,
-                formula.indx, formula.mult, elements.ename, elements.emolweight,
-                value, atc);
-  return atc;
+// Tells how a formula was read where that is not how it looks.
+void note_reading(const Text<132>& typed, const physics::Components& read,
+                  const physics::Symbols& es) {
+  const std::string as_read = physics::flat_formula(read, es);
+  if (typed == as_read) return;
+  base::note("the formula " + std::string(typed.trimmed()) + " is read as " +
+             as_read);
 }
 
-Text<12> asked_element(const ElementList& elements) {
-  const Text<132> answer =
-      ask_string("symbol for the element", "Cu", "read/element");
-  return elements.ename(
-      element_with_symbol(elements.es, answer.columns<1, 2>()));
+int atomic_number_of(const Text<12>& name, const Text<16>& record) {
+  const std::string advice =
+      "the record after \"" + std::string(name.trimmed()) +
+      "\" must hold it in columns 4-11, with a blank behind it";
+  const int nz = base::with_advice<base::RangeError>(
+      [&record] { return physics::atomic_number_in(record); }, advice);
+  if (nz < 1) {
+    base::fatal("No atomic number in '" + std::string(kCoefficientFile) + "'",
+                advice);
+  }
+  return nz;
 }
 
 SampleInBeam set_up_element(const Text<12>& name, const Sample& sample) {
   constexpr int kWidth = 7;
+  constexpr int kRecord = 16;
   const float energy = ask_value("Photon energy in keV", sample.form,
                                  sample.energy, "read/energy");
   // Open over the density menu, whose help uses units 2 and 3.
   const base::UnitCloser closer(base::unit(1));
-  Text<16> element;
-  find_element(name, element);
-  Text<8> ch8 = element.columns<4, 11>();
-  int nz = 0;
-  toolkit::c8toi(ch8, nz);
-  if (nz < 1) {
-    base::fatal("No atomic number in '" + std::string(kCoefficientFile) + "'",
-                "the record after \"" + std::string(name.trimmed()) +
-                    "\" must hold it in columns 4 to 10");
+  const int nz = atomic_number_of(name, find_element<kRecord>(name));
+  const float density = elementdensity(nz);
+  const float mu_rho = attenuation_of(name, energy);
+  report_coefficient(mu_rho, density, kWidth);
+  return {density, {{1.0F, mu_rho}}};
+}
+
+const Text<12>& asked_element(const physics::ElementList& elements) {
+  const Text<132> answer =
+      ask_string("symbol for the element", "Cu", "read/element");
+  return name_of(elements.ename,
+                 physics::index_of_symbol(elements.es, answer.columns<1, 2>()));
+}
+
+// Asks the energy of each line, with the line's own as the default, and looks
+// the coefficient up before it asks the next.
+std::vector<physics::BeamLine> lines_through(
+    const physics::Components& components, const physics::ElementList& elements,
+    std::span<const SourceLine> lines) {
+  note_weights(components, elements);
+  std::vector<physics::BeamLine> in_beam;
+  for (const SourceLine& line : lines) {
+    const float energy =
+        asked_energy(line.energy, base::kTerminalInput, base::kTerminalOutput);
+    in_beam.push_back(
+        {line.share, coefficient_of(components, elements.ename,
+                                    elements.emolweight, energy)});
   }
-  SampleInBeam in_beam;
-  in_beam.density = elementdensity(nz);
-  attenuation_of(name, energy, in_beam.atc);
-  report_coefficient(in_beam.atc, in_beam.density, kWidth);
   return in_beam;
 }
 
-SampleInBeam set_up_compound(const Formula& formula, float density,
-                             const Sample& sample,
-                             const ElementList& elements) {
+SampleInBeam set_up_compound(const physics::Components& components,
+                             float density, const Sample& sample,
+                             const physics::ElementList& elements) {
   constexpr int kWidth = 6;
-  SampleInBeam in_beam;
-  in_beam.density = density;
-  note_weights(formula, elements);
-  in_beam.atc = coefficient_at(sample.energy, formula, elements);
-  report_coefficient(in_beam.atc, in_beam.density, kWidth);
+  const SourceLine single{sample.energy, 1.0F};
+  SampleInBeam in_beam{density,
+                       lines_through(components, elements, {&single, 1})};
+  report_coefficient(in_beam.lines.front().mu_rho, density, kWidth);
   return in_beam;
 }
 
 SampleInBeam set_up_asked_compound(const Sample& sample,
-                                   const ElementList& elements) {
+                                   const physics::ElementList& elements) {
   const Text<132> answer = ask_string(
       "formula of the compound", "N_2H_8Fe_1S_2O_8H_12O_6", "read/compound");
   const float density = ask_value("density of the compound g/cm3", "f8.2",
                                   sample.density, "read/density");
-  Formula formula;
-  contentformula(answer, elements.es, formula.j, formula.indx, formula.mult);
-  const std::string as_read =
-      written_out(elements.es, formula.j, formula.indx, formula.mult);
-  if (answer != as_read) {
-    base::note("the formula " + std::string(answer.trimmed()) + " is read as " +
-               as_read);
+  const physics::Components components = read_formula(answer, elements.es);
+  note_reading(answer, components, elements.es);
+  if (sample.kind == Kind::kTwoLines) {
+    return {density, lines_through(components, elements, kCobaltLines)};
   }
-  if (sample.kind == Kind::kFormula) {
-    return set_up_compound(formula, density, sample, elements);
-  }
-  SampleInBeam in_beam;
-  in_beam.source = Source::kTwoLines;
-  note_weights(formula, elements);
-  in_beam.density = density;
-  in_beam.atc1 = coefficient_at(sample.energy, formula, elements);
-  in_beam.atc2 = coefficient_at(kUpperLine, formula, elements);
-  return in_beam;
+  return set_up_compound(components, density, sample, elements);
 }
 
 enum class ThicknessUnit { kArealMass, kMillimetres };
@@ -178,25 +181,23 @@ float asked_thickness(std::optional<ThicknessUnit> unit, float density) {
     return ask_value("thickness mg/cm2", "f8.2", 100.0F, "read/mgcm2") /
            1000.0F;
   }
-  const float mm = ask_value("thickness in mm", "f8.4", 0.125F, "read/mgcm2");
-  return mm * density / 10.0F;
+  return physics::areal_mass(
+      ask_value("thickness in mm", "f8.4", 0.125F, "read/mgcm2"), density);
 }
 
 void report(const SampleInBeam& sample, float thick) {
   report_areal_mass(thick);
-  if (sample.source == Source::kTwoLines) {
-    const float trm = kLowerShare * std::exp(-sample.atc1 * thick) +
-                      kUpperShare * std::exp(-sample.atc2 * thick);
-    report_exponents(sample.atc1 * thick, sample.atc2 * thick);
-    report_transmission(trm);
-  } else {
-    report_transmission(std::exp(-sample.atc * thick));
+  if (sample.lines.size() == kCobaltLines.size()) {
+    report_exponents(physics::exponent(sample.lines[0], thick),
+                     physics::exponent(sample.lines[1], thick));
   }
+  report_transmission(physics::transmission(sample.lines, thick));
 }
 
 }  // namespace
 
-SampleInBeam set_up(const Sample& sample, const ElementList& elements) {
+SampleInBeam set_up(const Sample& sample,
+                    const physics::ElementList& elements) {
   switch (sample.kind) {
     case Kind::kElement:
       return set_up_element(sample.element, sample);

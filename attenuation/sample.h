@@ -3,31 +3,24 @@
 #ifndef ATTENUATION_SAMPLE_H_
 #define ATTENUATION_SAMPLE_H_
 
+#include <vector>
+
 #include "attenuation/catalogue.h"
-#include "attenuation/elementlist.h"
+#include "physics/beam.h"
+#include "physics/elementlist.h"
 
 namespace attenuation {
 
-enum class Source {
-  kSingleEnergy,
-  kTwoLines,  // the gamma lines of 57Co
-};
-
-// A sample in its beam.
+// A sample in its beam: one line, or the two of a source.
 struct SampleInBeam {
-  Source source = Source::kSingleEnergy;
   float density = 0.0F;  // g/cm3
-  // Mass attenuation coefficients in cm2/g: at the single energy, or at the
-  // lower and the upper line of the two-line source.
-  float atc = 0.0F;
-  float atc1 = 0.0F;
-  float atc2 = 0.0F;
+  std::vector<physics::BeamLine> lines;
 };
 
 // Asks what the sample leaves open, finds its coefficients and reports them;
 // those of the two-line source are not reported.
 // Fatal: end of input; anything that cannot be looked up.
-SampleInBeam set_up(const Sample& sample, const ElementList& elements);
+SampleInBeam set_up(const Sample& sample, const physics::ElementList& elements);
 
 // Asks for thicknesses and reports the transmission of each, until the answer
 // to "new value for the thickness" is not yes.

@@ -20,11 +20,8 @@ const std::string kFile(attenuation::kCoefficientFile);
 
 float look_up(const base::Text<12>& name) {
   const base::UnitCloser closer(base::unit(1));
-  base::Text<16> element;
-  float atc = 0.0F;
-  attenuation::find_element(name, element);
-  attenuation::attenuation_of(name, 122.0F, atc);
-  return atc;
+  attenuation::find_element<16>(name);
+  return attenuation::attenuation_of(name, 122.0F);
 }
 
 void use_shipped_data() { std::filesystem::current_path(DATA_DIR); }
@@ -38,8 +35,7 @@ BENCHMARK_CAPTURE(BM_Lookup, last_element, "Lead");
 
 void BM_TwelveComponents(benchmark::State& state) {
   use_shipped_data();
-  attenuation::ElementList elements;
-  attenuation::read_element_list(elements);
+  const physics::ElementList elements = attenuation::read_element_list();
   for (auto _ : state) {
     float sum = 0.0F;
     for (int i = 1; i <= 12; ++i) sum += look_up(elements.ename(7 * i - 2));

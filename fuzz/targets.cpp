@@ -11,6 +11,7 @@
 #include "attenuation/contentformula.h"
 #include "attenuation/dialogue.h"
 #include "attenuation/elementdensity.h"
+#include "attenuation/elementlist.h"
 #include "base/edit.h"
 #include "help/helproutine.h"
 #include "terminal/window.h"
@@ -104,14 +105,15 @@ int byte(std::string_view input, std::size_t i) {
 
 // Whatever is typed ends as a composition within its bounds.
 [[maybe_unused]] void formula(std::string_view input) {
-  static attenuation::ElementList elements;
+  static const physics::ElementList elements =
+      attenuation::read_element_list();
   run("", [&] {
-    if (elements.es(1).blank()) read_element_list(elements);
     int j = 0;
-    attenuation::Composition indx{"indx"}, mult{"mult"};
+    attenuation::PerComponent indx{"indx"}, mult{"mult"};
     attenuation::contentformula(input, elements.es, j, indx, mult);
-    require(1 <= j && j <= 12);
-    for (int i = 1; i <= j; ++i) require(1 <= indx(i) && indx(i) <= 82);
+    require(1 <= j && j <= physics::kMostComponents);
+    for (int i = 1; i <= j; ++i)
+      require(1 <= indx(i) && indx(i) <= physics::kListedElements);
   });
 }
 
@@ -121,10 +123,8 @@ int byte(std::string_view input, std::size_t i) {
   tests::write("attenuation.coefficients", input.substr(2));
   run("", [&] {
     const int quarters = byte(input, 0) * 256 + byte(input, 1);
-    Text<16> element;
-    float atc = 0.0F;
-    attenuation::find_element("Iron", element);
-    attenuation::attenuation_of("Iron", static_cast<float>(quarters) / 4, atc);
+    attenuation::find_element<16>("Iron");
+    attenuation::attenuation_of("Iron", static_cast<float>(quarters) / 4);
   });
 }
 
