@@ -1,9 +1,12 @@
 // Coefficients of a material: sums over its elements (physics/material.h).
 
 #include <cmath>
-#include <stdexcept>
+#include <optional>
+#include <string>
 
+#include "physics/errors.h"
 #include "physics/material.h"
+#include "physics/parabola.h"
 #include "physics/table.h"
 #include "physics/uncertainty.h"
 
@@ -25,11 +28,31 @@ MassAttenuation sum(const Material& material, Energy energy, Member curve,
   return {sum};
 }
 
+// The same with the parabola, whose own coefficients are single precision.
+MassAttenuation sum_of_parabolas(const Material& material, Energy energy,
+                                 const Data& data) {
+  double sum = 0.0;
+  for (const auto& [z, mass_fraction, weight] : material.constituents) {
+    const std::optional<Block> block = data.block(z);
+    if (!block) {
+      throw InputError("the parabola has no rows for Z = " + std::to_string(z),
+                       0, "they end with lead; the other rule goes to uranium");
+    }
+    try {
+      const auto keV = static_cast<float>(energy.keV);
+      sum += weight * static_cast<double>(parabola(*block, keV));
+    } catch (const OutsideBlock& outside) {
+      throw OutsideTable(z, energy, outside.first(), outside.last());
+    }
+  }
+  return {sum};
+}
+
 }  // namespace
 
 MassAttenuation mass_attenuation(const Material& material, Energy energy,
                                  Rule rule, const Data& data) {
-  if (rule == Rule::kParabola) throw std::logic_error("no parabola yet");
+  if (rule == Rule::kParabola) return sum_of_parabolas(material, energy, data);
   return sum(material, energy, &Table::total, data);
 }
 

@@ -9,12 +9,13 @@
 #include <string_view>
 #include <utility>
 
-#include "base/array.h"
 #include "base/edit.h"
 #include "base/fatal.h"
 #include "base/text.h"
-#include "text/itoc8.h"
-#include "text/trlch.h"
+#include "physics/densities.h"
+#include "physics/elementlist.h"
+#include "physics/freetext.h"
+#include "physics/parabola.h"
 
 namespace data {
 namespace {
@@ -23,25 +24,16 @@ namespace fs = std::filesystem;
 using base::Text;
 
 constexpr int kRecord = 80;  // columns that are read
-constexpr int kElements = 82;
-constexpr int kHeaders = 6;
 constexpr int kFewestPoints = 4;
-constexpr int kMostPoints = 64;
-constexpr int kMostModifications = 64;
+using physics::kBlockRows;
+using physics::kBlockTitles;
+using physics::kListedElements;
+using physics::kMostModifications;
 
 // Ends the reason of a fault: the program tells the end of an element's
 // records only by the record behind them.
 constexpr const char* kCutOff =
     " is cut off by the end of the file: another record must follow";
-
-// The first number of `text`, as the program finds it in `columns` columns.
-std::optional<float> first_number(int columns, const Text<132>& text) {
-  int iout = 0;
-  base::Array<float, 32> out{"out"};
-  toolkit::trlch(columns, text, iout, out);
-  if (iout == 0) return std::nullopt;
-  return out(1);
-}
 
 // Whether the number that `field` begins with ends in the middle of its word,
 // as in "1x8.91", which reads as 1. A unit or an uncertainty in parentheses
@@ -69,28 +61,27 @@ struct Code {
   bool plain = true;  // digits only, apart from what is read as blank
 };
 
-Code read_code(Text<8> field) {
+// `read` is the program's own reader of `field`.
+template <typename Read>
+Code read_code(std::string_view field, const Read& read) {
   Code code;
   try {
-    toolkit::c8toi(field, code.number);
+    code.number = read();
   } catch (const base::RangeError&) {
     code.fits = false;
   }
-  code.plain =
-      field.full().find_first_not_of("0123456789 ") == std::string_view::npos;
+  code.plain = field.find_first_not_of("0123456789 ") == std::string_view::npos;
   return code;
 }
 
-// A record of the element list.
-struct Element {
+// A record of the element list where it stands.
+struct Listed : physics::ListedElement {
   int line = 0;  // also its record number
-  Text<2> symbol;
-  Text<12> name;
 
   std::string shown() const { return std::string(name.trimmed()); }
 };
 
-void check_element(DataFile& file, const Element& element,
+void check_element(DataFile& file, const Listed& element,
                    std::map<std::string, int>& symbols) {
   const int line = element.line;
   const std::string symbol(element.symbol.trimmed());
@@ -107,62 +98,51 @@ void check_element(DataFile& file, const Element& element,
     file.fault(
         line, "compounds cannot look up a name of 12 characters: cut it to 11");
   }
-  const Text<80> record = file.record(line);
-  const auto weight = first_number(20, record.columns<30, 80>());
-  if (!weight) {
+  if (!element.weight) {
     file.fault(line, "no molar weight in columns 30-49");
-  } else if (is_broken_number(record.columns<30, 80>())) {
+  } else if (is_broken_number(file.record(line).columns<30, 80>())) {
     file.fault(line, "the molar weight is no plain number");
-  } else if (!is_positive(static_cast<double>(*weight))) {
+  } else if (!is_positive(static_cast<double>(*element.weight))) {
     file.fault(line, "the molar weight is not positive");
   }
 }
 
-std::vector<Element> check_element_list(DataFile& file) {
-  std::vector<Element> elements;
+std::vector<Listed> check_element_list(DataFile& file) {
+  std::vector<Listed> elements;
   std::map<std::string, int> symbols;
-  for (int line = 1; line <= std::min(file.last(), kElements); ++line) {
-    const Text<80> record = file.record(line);
-    elements.push_back(
-        {line, record.columns<9, 10>(), record.columns<17, 28>()});
+  for (int line = 1; line <= std::min(file.last(), kListedElements); ++line) {
+    elements.push_back({physics::element_in(file.record(line)), line});
     check_element(file, elements.back(), symbols);
   }
-  if (0 < file.last() && file.last() < kElements) {
+  if (0 < file.last() && file.last() < kListedElements) {
     file.fault(file.last(), "the file ends after " + str(file.last()) + " of " +
-                                str(kElements) + " elements");
+                                str(kListedElements) + " elements");
   }
   return elements;
 }
 
-// Where an element's block begins: the first record that from column 2 on
-// begins with the name. 0 if there is none.
-int find_block(const DataFile& file, const Element& element) {
-  const std::string_view name = element.name.trimmed();
-  for (int line = 1; line <= file.last() && !name.empty(); ++line) {
-    const std::string_view text = file.text(line);
-    if (!text.empty() && text.substr(1).starts_with(name)) return line;
+// Where an element's block begins, 0 if nowhere.
+int find_block(const DataFile& file, const Listed& element) {
+  for (int line = 1; line <= file.last(); ++line) {
+    if (physics::heads_block(file.text(line), element.name)) return line;
   }
   return 0;
 }
 
-// A record that reads as a point of a block.
-struct Point {
+// A point where it stands.
+struct PlacedPoint : physics::Point {
   int line = 0;
-  double energy = 0;  // MeV
-  double mu_rho = 0;  // cm2/g
   bool blank = false;
   bool complete = false;  // neither of the two fields is blank
 };
 
-std::optional<Point> read_point(const DataFile& file, int line) {
+std::optional<PlacedPoint> read_point(const DataFile& file, int line) {
   const Text<80> record = file.record(line);
-  const auto energy = base::read_e(record.columns<4, 14>(), 5);
-  const auto mu_rho = base::read_e(record.columns<17, 25>(), 3);
-  const auto mu_en_rho = base::read_e(record.columns<28, 36>(), 3);
-  if (!energy || !mu_rho || !mu_en_rho) return std::nullopt;
+  const std::optional<physics::Point> point = physics::point_in(record);
+  if (!point) return std::nullopt;
   const bool complete = !base::trimmed(record.columns<4, 14>()).empty() &&
                         !base::trimmed(record.columns<17, 25>()).empty();
-  return Point{line, *energy, *mu_rho, record.blank(), complete};
+  return PlacedPoint{*point, line, record.blank(), complete};
 }
 
 // Whether a record that is no point was meant as one: a field of it reads.
@@ -187,12 +167,12 @@ bool is_beside_fields(const Text<80>& record) {
 }
 
 // The block of one element.
-class Block {
+class BlockCheck {
  public:
   // name  of its element, for messages
   // line  of its name record
   // next  where the next block of a listed element begins, or past the end
-  Block(DataFile& file, std::string name, int line, int next)
+  BlockCheck(DataFile& file, std::string name, int line, int next)
       : file_(file), name_(std::move(name)), line_(line), next_(next) {}
 
   // Returns the atomic number, if there is one.
@@ -208,7 +188,10 @@ class Block {
 
  private:
   std::optional<int> check_number() {
-    const Code code = read_code(file_.record(line_ + 1).columns<4, 11>());
+    const Text<16> record = file_.record(line_ + 1);
+    const Code code = read_code(record.columns<4, 11>(), [&record] {
+      return physics::atomic_number_in(record);
+    });
     if (code.fits && code.plain && code.number > 0) return code.number;
     fault(line_ + 1, "no atomic number in columns 4-11 for " + name_);
     return std::nullopt;
@@ -216,8 +199,8 @@ class Block {
 
   // False if the block cannot be told from the next one.
   bool check_headers() {
-    for (int line = line_ + 2; line <= line_ + 1 + kHeaders; ++line) {
-      const std::optional<Point> point = read_point(file_, line);
+    for (int line = line_ + 2; line <= line_ + 1 + kBlockTitles; ++line) {
+      const std::optional<PlacedPoint> point = read_point(file_, line);
       const bool is_point = point && point->complete;
       if (line != next_ && !is_point) continue;
       fault(line, name_ + " has fewer than 6 header records: " +
@@ -229,9 +212,9 @@ class Block {
   }
 
   void read_points() {
-    end_ = line_ + 2 + kHeaders;
-    for (; end_ <= file_.last() && count() < kMostPoints; ++end_) {
-      const std::optional<Point> point = read_point(file_, end_);
+    end_ = line_ + 2 + kBlockTitles;
+    for (; end_ <= file_.last() && count() < kBlockRows; ++end_) {
+      const std::optional<PlacedPoint> point = read_point(file_, end_);
       if (!point) break;
       points_.push_back(*point);
     }
@@ -242,7 +225,7 @@ class Block {
   }
 
   void check_point(std::size_t i) {
-    const Point& point = points_[i];
+    const PlacedPoint& point = points_[i];
     if (point.blank) {
       fault(point.line, "a blank record reads as a point 0, 0, 0");
       return;
@@ -283,19 +266,19 @@ class Block {
   // as a name does: some of it still reads, or points follow within the eight
   // records that even a block of an unlisted element needs before its first.
   void check_end() {
-    if (count() < kMostPoints && end_ > file_.last()) {
+    if (count() < kBlockRows && end_ > file_.last()) {
       fault(file_.last(), name_ + kCutOff);
       return;
     }
-    if (count() < kMostPoints && end_ < next_ &&
-        is_damaged_point(file_, end_)) {
+    if (count() < kBlockRows && end_ < next_ && is_damaged_point(file_, end_)) {
       fault(end_, name_ + " ends here: a field is no number");
       return;
     }
-    for (int line = end_; line < std::min(end_ + 2 + kHeaders, next_); ++line) {
-      const std::optional<Point> point = read_point(file_, line);
+    for (int line = end_; line < std::min(end_ + 2 + kBlockTitles, next_);
+         ++line) {
+      const std::optional<PlacedPoint> point = read_point(file_, line);
       if (!point || !point->complete) continue;
-      fault(line, count() == kMostPoints
+      fault(line, count() == kBlockRows
                       ? name_ + " has more than 64 points: this is not read"
                       : name_ + " ended in line " + str(end_) +
                             ", which is no point: this is not read");
@@ -312,18 +295,18 @@ class Block {
   const std::string name_;
   const int line_;
   const int next_;
-  std::vector<Point> points_;
+  std::vector<PlacedPoint> points_;
   int end_ = 0;  // the record behind the last point
 };
 
 // The elements of the list by the line of the block that is found for them. A
 // block that several find belongs to the longest name; the others are faults.
-std::map<int, Element> find_blocks(DataFile& list,
-                                   const std::vector<Element>& elements,
-                                   const DataFile& file) {
-  std::map<int, Element> owners;
-  std::vector<std::pair<int, Element>> found;
-  for (const Element& element : elements) {
+std::map<int, Listed> find_blocks(DataFile& list,
+                                  const std::vector<Listed>& elements,
+                                  const DataFile& file) {
+  std::map<int, Listed> owners;
+  std::vector<std::pair<int, Listed>> found;
+  for (const Listed& element : elements) {
     const int line = find_block(file, element);
     if (line == 0 && !element.name.blank()) {
       list.fault(element.line, "attenuation.coefficients has no block for " +
@@ -337,7 +320,7 @@ std::map<int, Element> find_blocks(DataFile& list,
     }
   }
   for (const auto& [line, element] : found) {
-    const Element& owner = owners.at(line);
+    const Listed& owner = owners.at(line);
     if (owner.line == element.line) continue;
     list.fault(element.line, "the name " + element.shown() +
                                  " finds the block of " + owner.shown() +
@@ -348,8 +331,7 @@ std::map<int, Element> find_blocks(DataFile& list,
 }
 
 // Tells of a second block for a name: only the first is ever found.
-void check_repeated_names(DataFile& file,
-                          const std::map<int, Element>& owners) {
+void check_repeated_names(DataFile& file, const std::map<int, Listed>& owners) {
   std::map<std::string, int> names;
   for (const auto& [line, element] : owners) {
     names.emplace(file.record(line).columns<2, 80>(), line);
@@ -368,16 +350,16 @@ void check_repeated_names(DataFile& file,
 using AtomicNumbers = std::map<int, int>;
 
 AtomicNumbers check_coefficients(DataFile& list,
-                                 const std::vector<Element>& elements,
+                                 const std::vector<Listed>& elements,
                                  DataFile& file) {
-  const std::map<int, Element> owners = find_blocks(list, elements, file);
+  const std::map<int, Listed> owners = find_blocks(list, elements, file);
   check_repeated_names(file, owners);
   AtomicNumbers numbers;
   for (auto owner = owners.begin(); owner != owners.end(); ++owner) {
     const auto& [line, element] = *owner;
     const auto after = std::next(owner);
     const int next = after == owners.end() ? file.last() + 1 : after->first;
-    const auto number = Block(file, element.shown(), line, next).check();
+    const auto number = BlockCheck(file, element.shown(), line, next).check();
     if (number && *number != element.line) {
       file.fault(line + 1, element.shown() + " has the atomic number " +
                                str(*number) + " but is record " +
@@ -390,7 +372,7 @@ AtomicNumbers check_coefficients(DataFile& list,
 }
 
 std::optional<float> density_in(const Text<80>& record) {
-  return first_number(60, record.columns<39, 80>());
+  return physics::density_in(record.columns<9, 80>());
 }
 
 void check_density(DataFile& file, int line) {
@@ -447,7 +429,10 @@ void check_densities(DataFile& list, const AtomicNumbers& numbers,
   Groups groups;
   int before = 0;
   for (int line = 1; line <= file.last(); ++line) {
-    const Code code = read_code(file.record(line).columns<1, 8>());
+    const Text<80> record = file.record(line);
+    const Code code = read_code(record.columns<1, 8>(), [&record] {
+      return physics::density_code_in(record);
+    });
     const bool listed = code.fits && numbers.contains(code.number);
     check_code(file, line, code, listed);
     if (listed) check_modification(file, line, code.number, before, groups);
@@ -470,12 +455,12 @@ std::vector<Fault> check_data(const fs::path& directory) {
   DataFile coefficients(directory / "attenuation.coefficients", kRecord);
   DataFile densities(directory / "dichte.dat", kRecord);
 
-  const std::vector<Element> elements = check_element_list(list);
+  const std::vector<Listed> elements = check_element_list(list);
   AtomicNumbers numbers;
   if (coefficients.readable()) {
     numbers = check_coefficients(list, elements, coefficients);
   } else {
-    for (const Element& element : elements) {
+    for (const Listed& element : elements) {
       numbers.emplace(element.line, element.line);
     }
   }

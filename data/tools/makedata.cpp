@@ -16,6 +16,8 @@
 #include "base/edit.h"
 #include "base/harmless.h"
 #include "data/tools/csv.h"
+#include "physics/elementlist.h"
+#include "physics/parabola.h"
 
 namespace {
 
@@ -27,8 +29,8 @@ using data::read_table;
 using data::Row;
 using data::write_file;
 
-constexpr std::size_t kElements = 82;
-constexpr std::size_t kMostPoints = 64;
+constexpr std::size_t kElements = physics::kListedElements;
+constexpr std::size_t kMostPoints = physics::kBlockRows;
 
 bool is_digit(char c) { return '0' <= c && c <= '9'; }
 
@@ -41,16 +43,16 @@ std::string right(const std::string& text, std::size_t width) {
   return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
-struct Element {
+struct ElementRow {
   std::string symbol;
   std::string name;
   std::string weight;
 };
 
 // In order of the atomic number, from 1 without a gap.
-std::vector<Element> read_elements(const fs::path& sources) {
+std::vector<ElementRow> read_elements(const fs::path& sources) {
   const fs::path file = sources / "elements.csv";
-  std::vector<Element> elements;
+  std::vector<ElementRow> elements;
   for (const auto& row :
        read_table<4>(file, {"z", "symbol", "name", "weight"})) {
     const auto& [z, symbol, name, weight] = row.fields;
@@ -95,10 +97,10 @@ void require_all_seen(const fs::path& file, std::size_t elements_seen) {
 // The element list. A compound's elements are looked up with one character
 // less than the record has, so a name of 12 letters is cut; its first 11 still
 // find the block.
-std::string element_list(const std::vector<Element>& elements) {
+std::string element_list(const std::vector<ElementRow>& elements) {
   std::string list;
   int z = 0;
-  for (const Element& element : elements) {
+  for (const ElementRow& element : elements) {
     list += left(right(std::to_string(++z), 4), 8);
     list += left(element.symbol, 8);
     list += left(element.name.substr(0, 11), 13);
@@ -107,7 +109,7 @@ std::string element_list(const std::vector<Element>& elements) {
   return list;
 }
 
-struct Point {
+struct PointRow {
   std::string label;
   std::string energy;
   std::string mu_rho;
@@ -138,7 +140,7 @@ std::string label(const Row<6>& row) {
 }
 
 // Checks the order of a block's points, the last of which is `row`.
-void check_order(const Row<6>& row, const std::vector<Point>& points) {
+void check_order(const Row<6>& row, const std::vector<PointRow>& points) {
   row.require(points.size() <= kMostPoints,
               "more than " + std::to_string(kMostPoints) + " points");
   const auto energy = [&points](std::size_t back) {
@@ -152,9 +154,9 @@ void check_order(const Row<6>& row, const std::vector<Point>& points) {
               "two edges without a point between them: the fit is singular");
 }
 
-std::vector<std::vector<Point>> read_points(const fs::path& sources) {
+std::vector<std::vector<PointRow>> read_points(const fs::path& sources) {
   const fs::path file = sources / "coefficients.csv";
-  std::vector<std::vector<Point>> blocks;
+  std::vector<std::vector<PointRow>> blocks;
   for (const auto& row :
        read_table<6>(file, {"z", "edge", "energy_MeV", "mu_rho_cm2_g",
                             "mu_en_rho_cm2_g", "origin"})) {
@@ -177,8 +179,8 @@ std::vector<std::vector<Point>> read_points(const fs::path& sources) {
 // The coefficient file. No record is blank (it would read as a point), no
 // title reads as a point or begins with a name, and a record that is no point
 // follows the last block.
-std::string coefficient_file(const std::vector<Element>& elements,
-                             const std::vector<std::vector<Point>>& blocks) {
+std::string coefficient_file(const std::vector<ElementRow>& elements,
+                             const std::vector<std::vector<PointRow>>& blocks) {
   constexpr const char* kTitles =
       "   X-ray mass attenuation coefficients (NISTIR 5632, XCOM)\n"
       "   K, L1 .. M5 above an edge, + added, * corrected\n"
@@ -191,7 +193,7 @@ std::string coefficient_file(const std::vector<Element>& elements,
     text += " " + elements[i].name + "\n";
     text += right(std::to_string(i + 1), 10) + "  atomic number\n";
     text += kTitles;
-    for (const Point& point : blocks[i]) {
+    for (const PointRow& point : blocks[i]) {
       text += left(point.label, 3) + point.energy + "  " + point.mu_rho;
       if (!point.mu_en_rho.empty()) text += "  " + point.mu_en_rho;
       text += '\n';
@@ -231,7 +233,7 @@ std::string temperature_note(const std::string& modification,
 // atomic number, stand before the first element, and a record that belongs to
 // none follows the last.
 std::string density_file(const fs::path& sources,
-                         const std::vector<Element>& elements) {
+                         const std::vector<ElementRow>& elements) {
   const fs::path file = sources / "densities.csv";
   std::string text =
       "Densities of the elements in the solid state, usual form first.\n"
@@ -267,7 +269,7 @@ std::string density_file(const fs::path& sources,
 }
 
 void make_data(const fs::path& sources, const fs::path& output) {
-  const std::vector<Element> elements = read_elements(sources);
+  const std::vector<ElementRow> elements = read_elements(sources);
   const std::string coefficients =
       coefficient_file(elements, read_points(sources));
   const std::string densities = density_file(sources, elements);
