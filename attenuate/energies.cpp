@@ -143,6 +143,11 @@ bool looks_like_edge(std::string_view item) {
 
 Beam beam(std::string_view item) {
   Beam found;
+  constexpr std::string_view kDigits = "0123456789.";
+  if (!item.empty() && item.find_first_not_of(kDigits) == item.npos) {
+    found.from = energy(item);
+    return found;
+  }
   if (const auto* source = physics::source(item); source != nullptr) {
     found.kind = Beam::Kind::kSource;
     found.source = source;

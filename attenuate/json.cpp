@@ -177,7 +177,7 @@ class JsonLinesWriter : public RowWriter {
     output().character('{');
     if (batch_) {
       output().text("\"input_line\":");
-      output().number(static_cast<double>(line()), 17);
+      output().count(line());
       output().character(',');
     }
     output().text(material_);

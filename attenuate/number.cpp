@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -29,22 +30,31 @@ struct Decimal {
   bool known = false;
 };
 
+// The exponent of the first digit, or one less: log10(2) below the power of
+// two.
+int least_exponent(double value) {
+  const auto bits = std::bit_cast<std::uint64_t>(value);
+  const int binary = static_cast<int>(bits >> 52) - 1023;
+  return static_cast<int>(std::floor(binary * 0.3010299956639812));
+}
+
 // The digits of `value` > 0. One multiplication or division by an exact power
 // is off by at most half a unit of the 53rd bit, less than 2e-6 of the last of
 // ten digits. So the rounding is known unless the rest lies next to one half.
 Decimal decimal(double value, int digits) {
-  if (digits > 10 || value < 1e-11 || value > 1e21) return {};
-  int exponent = static_cast<int>(std::floor(std::log10(value)));
+  if (digits > 10 || !(value >= 1e-11) || value > 1e21) return {};
+  const double limit = kPowers[static_cast<std::size_t>(digits)];
+  int exponent = least_exponent(value);
   if (std::abs(digits - 1 - exponent) > kLargest) return {};
-  const double shifted = scaled(value, digits - 1 - exponent);
+  double shifted = scaled(value, digits - 1 - exponent);
+  if (shifted >= limit) shifted = scaled(value, digits - 1 - ++exponent);
   auto whole = static_cast<std::uint64_t>(shifted);
   const double rest = shifted - static_cast<double>(whole);
   if (std::fabs(rest - 0.5) < 1e-4) return {};
   if (rest > 0.5) ++whole;
-  const auto limit =
-      static_cast<std::uint64_t>(kPowers[static_cast<std::size_t>(digits)]);
-  if (whole < limit / 10 || whole > limit) return {};
-  if (whole == limit) {
+  const auto most = static_cast<std::uint64_t>(limit);
+  if (whole < most / 10 || whole > most) return {};
+  if (whole == most) {
     whole /= 10;
     ++exponent;
   }

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -17,6 +18,17 @@ void Output::text(std::string_view text) {
     used_ += count;
     text.remove_prefix(count);
   }
+}
+
+void Output::count(std::size_t value) {
+  std::array<char, 20> digits{};
+  char* const end = digits.data() + digits.size();
+  char* at = end;
+  do {
+    *--at = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  text({at, static_cast<std::size_t>(end - at)});
 }
 
 void Output::flush() {

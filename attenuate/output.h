@@ -32,6 +32,8 @@ class Output {
     used_ += static_cast<std::size_t>(append_number(at, value, digits) - at);
   }
 
+  void count(std::size_t value);
+
   // Throws WriteError, as do the others when the buffer is full.
   void flush();
 

@@ -35,7 +35,7 @@ class SeparatedWriter : public AnswerWriter {
 
   void row(const Row& row) override {
     if (batch_) {
-      output_.number(static_cast<double>(line_), 17);
+      output_.count(line_);
       output_.character(separator_);
       output_.text(material_);
       output_.character(separator_);
