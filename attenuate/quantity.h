@@ -1,59 +1,25 @@
-// Numbers with units: thicknesses and energies as words.
+// Numbers with units, as the command's words hold them.
 
 #ifndef ATTENUATE_QUANTITY_H_
 #define ATTENUATE_QUANTITY_H_
 
-#include <cstddef>
-#include <optional>
-#include <string_view>
-
-#include "physics/quantities.h"
+#include "physics/typed_quantity.h"
 
 namespace attenuate {
 
-// The number that a word begins with.
-struct Number {
-  double value = 0.0;
-  std::string_view typed;
-  std::string_view rest;  // behind it
-};
-
-// Nothing where `word` does not begin with a digit, or with a point or minus
-// and a digit. Throws physics::InputError: too large or too small for a number.
-std::optional<Number> leading_number(std::string_view word);
-
-struct Unit {
-  std::string_view name;
-  double factor;
-};
-
-const Unit* length_unit(std::string_view name);     // to cm
-const Unit* area_mass_unit(std::string_view name);  // to g/cm2
-const Unit* mass_unit(std::string_view name);       // to g
-const Unit* energy_unit(std::string_view name);     // to keV
-
-// A thickness, by length or by mass per area.
-struct LengthOrAreaMass {
-  std::optional<physics::Length> length;
-  physics::AreaMass area_mass;  // where no length is given
-};
-
-// Whether `word` is a number and what looks like a unit of thickness.
-bool looks_like_thickness(const Number& number);
-
-// Reads "25um", "50mg/cm2", "30mg/d13mm", "30mg/1.33cm2". Throws
-// physics::InputError with the column in `word`.
-LengthOrAreaMass thickness(std::string_view word);
-
-// Reads "14.41", "122keV", "1.3325MeV". Throws physics::InputError with the
-// column in `word`.
-physics::Energy energy(std::string_view word);
-
-// Whether `name` is a unit but for capital and small letters: "kev".
-bool is_unit_in_other_letters(std::string_view name);
-
-// What is wrong with `name` in place of a unit, as an error in `column`.
-[[noreturn]] void refuse_unit(std::string_view name, std::size_t column);
+using physics::area_mass_unit;
+using physics::energy;
+using physics::energy_unit;
+using physics::is_unit_in_other_letters;
+using physics::leading_number;
+using physics::length_unit;
+using physics::LengthOrAreaMass;
+using physics::looks_like_thickness;
+using physics::mass_unit;
+using physics::Number;
+using physics::refuse_unit;
+using physics::thickness;
+using physics::Unit;
 
 }  // namespace attenuate
 

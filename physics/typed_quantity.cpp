@@ -1,4 +1,4 @@
-#include "attenuate/quantity.h"
+#include "physics/typed_quantity.h"
 
 #include <algorithm>
 #include <array>
@@ -12,10 +12,8 @@
 #include "physics/data.h"
 #include "physics/errors.h"
 
-namespace attenuate {
+namespace physics {
 namespace {
-
-using physics::InputError;
 
 // With both letters that stand for micro: the sign and the Greek letter.
 constexpr std::array kLengths = {
@@ -125,8 +123,8 @@ std::string meant_unit(std::string_view name) {
     if (same_letters(unit, name)) return std::string(unit);
   }
   if (name.size() > 16) return {};
-  const auto nearest = physics::nearest(name, known, 1);
-  return nearest.empty() ? std::string() : nearest.front();
+  const auto near = nearest(name, known, 1);
+  return near.empty() ? std::string() : near.front();
 }
 
 }  // namespace
@@ -167,7 +165,7 @@ LengthOrAreaMass thickness(std::string_view word) {
   const double value = positive(number, word, word, "a thickness");
   const std::string_view rest = number->rest;
   if (const Unit* unit = length_unit(rest); unit != nullptr) {
-    return in_range({physics::Length{value * unit->factor}, {}}, word);
+    return in_range({Length{value * unit->factor}, {}}, word);
   }
   if (const Unit* unit = area_mass_unit(rest); unit != nullptr) {
     return in_range({{}, {value * unit->factor}}, word);
@@ -186,7 +184,7 @@ LengthOrAreaMass thickness(std::string_view word) {
   return in_range({{}, {value * mass->factor / on}}, word);
 }
 
-physics::Energy energy(std::string_view word) {
+Energy energy(std::string_view word) {
   const auto number = leading_number(word);
   const double value = positive(number, word, word, "an energy");
   if (number->rest.empty()) return {value};
@@ -220,4 +218,4 @@ void refuse_unit(std::string_view name, std::size_t column) {
   throw InputError(message, static_cast<int>(column), kKnown);
 }
 
-}  // namespace attenuate
+}  // namespace physics
