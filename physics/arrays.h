@@ -1,0 +1,100 @@
+// Coefficients at many energies: the curves of physics/table.h, several
+// energies at a time.
+//
+// Logarithm and exponential are polynomials of our own, made of additions,
+// multiplications and divisions, each rounded by itself. So a result is the
+// same on every machine, wherever in an array it stands and whichever
+// instructions the processor has. From those of physics/table.h, which ask the
+// C library, it differs by less than 1e-12, relative.
+
+#ifndef PHYSICS_ARRAYS_H_
+#define PHYSICS_ARRAYS_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "physics/curve.h"
+#include "physics/data.h"
+#include "physics/errors.h"
+#include "physics/material.h"
+#include "physics/quantities.h"
+
+namespace physics {
+
+enum class Coefficient { kAttenuation, kEnergyAbsorption };
+
+// What becomes of the sum s at an energy.
+enum class Form {
+  kSum,           // s
+  kTransmission,  // exp(-s)
+};
+
+// One element's curve in the form that the arrays take: log2 y over log2 E.
+class ArrayCurve {
+ public:
+  // With t = log2 E - x: log2 y = a + t (b + t (c + t d)).
+  struct alignas(64) Row {
+    double a, b, c, d, x;
+  };
+
+  // Energies from 1 keV.
+  explicit ArrayCurve(const Curve& curve);
+
+  // The row for an energy within the curve.
+  const Row& row(double keV) const;
+
+ private:
+  std::vector<Row> rows_;
+  std::vector<double> ends_;         // keV; infinite behind the last row
+  std::vector<std::uint8_t> cells_;  // the row at the start of each cell
+};
+
+// An energy without an answer, which may be no number.
+struct Outside {
+  std::size_t subscript = 0;
+  Energy energy;
+};
+
+// A weighted sum of elements' curves: mu/rho of a material with the mass
+// fractions as weights, or mu x of layers with the areal masses.
+class CurveSum {
+ public:
+  // Adds `factor` times mu/rho or mu_en/rho of a material.
+  void add(const Material& material, double factor,
+           Coefficient coefficient = Coefficient::kAttenuation,
+           const Data& data = builtin());
+
+  // Where every element has its table.
+  Energy first() const { return first_; }
+  Energy last() const { return last_; }
+  // What is wrong with an energy that is not there.
+  OutsideTable outside(Energy energy) const;
+
+  // Evaluates `factor` times the sum at each energy; not a number where that is
+  // outside the tables. `values` is as long as `keV`, and may be the same.
+  // Returns the first energy outside. Allocates nothing.
+  std::optional<Outside> evaluate(std::span<const double> keV,
+                                  std::span<double> values,
+                                  Form form = Form::kSum,
+                                  double factor = 1.0) const noexcept;
+
+ private:
+  struct Term {
+    const Curve* of;
+    double weight;
+    ArrayCurve curve;
+  };
+  template <typename Vector>
+  friend struct Kernel;
+
+  std::vector<Term> terms_;
+  Energy first_{1.0}, last_{20000.0};
+  int first_z_ = 0, last_z_ = 0;
+};
+
+}  // namespace physics
+
+#endif  // PHYSICS_ARRAYS_H_
