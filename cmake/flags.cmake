@@ -1,5 +1,8 @@
 # Every compiler flag of the project, once.
 
+# The physics goes into a shared library too.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
 add_library(project_flags INTERFACE)
 target_include_directories(project_flags INTERFACE ${PROJECT_SOURCE_DIR})
 
@@ -32,7 +35,6 @@ elseif(CMAKE_BUILD_TYPE MATCHES "Rel")
   # Hardening: what a program that reads files and answers from others gets.
   include(CheckPIESupported)
   check_pie_supported()
-  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
   target_compile_options(project_flags INTERFACE
     -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS
     -fstack-protector-strong -fstack-clash-protection)

@@ -1,0 +1,99 @@
+#include "physics/absorber.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "library/arguments.h"
+#include "library/attenuate.h"
+#include "library/errors.h"
+#include "library/handles.h"
+
+namespace library {
+namespace {
+
+const physics::Transition& transition(std::string_view isotope) {
+  const auto known = physics::transitions();
+  const auto found =
+      std::find_if(known.begin(), known.end(),
+                   [isotope](const auto& t) { return t.isotope == isotope; });
+  if (found != known.end()) return *found;
+  std::string all;
+  for (const auto& t : known) {
+    all += (all.empty() ? "" : ", ") + std::string(t.isotope);
+  }
+  throw Failure(ATTENUATE_INPUT,
+                "no transition of '" + std::string(isotope) + "' is known", 0,
+                all);
+}
+
+// Throws Failure unless low < value <= high.
+void require_in(double value, double low, double high, const char* message) {
+  require(value > low && value <= high, ATTENUATE_ARGUMENT, message);
+}
+
+}  // namespace
+}  // namespace library
+
+using namespace library;
+
+attenuate_status attenuate_best_absorber(const attenuate_material* material,
+                                         const char* isotope,
+                                         double recoil_free, double enriched,
+                                         double line, double background,
+                                         attenuate_absorber* absorber,
+                                         attenuate_error* error) {
+  return guarded(error, [&] {
+    const auto& known = material_of(material).material;
+    auto& result = receiver(absorber);
+    const auto& nuclear = transition(text_of(isotope));
+    require_in(recoil_free, 0, 1, "a recoil-free fraction is above 0, up to 1");
+    require_in(line, 0, 1, "the share of a line is above 0, up to 1");
+    require(background >= 0, ATTENUATE_ARGUMENT,
+            "a background is 0 or more counts for one of the line");
+    require(enriched >= 0 && enriched <= 100, ATTENUATE_ARGUMENT,
+            "an enrichment is at most 100 percent, or 0 for none");
+    std::optional<double> share;
+    if (enriched > 0) share = enriched;
+    try {
+      const auto resonance = physics::resonance(known, nuclear, share);
+      const physics::Absorber beam{resonance.mu_rho,
+                                   physics::resonance_cross_section(nuclear) *
+                                       resonance.nuclei_per_g * recoil_free *
+                                       line,
+                                   background};
+      const auto best = physics::best_thickness(beam);
+      result = {nuclear.energy.keV,  resonance.mu_rho.cm2_g,
+                resonance.share,     beam.t_per_g_cm2,
+                background,          best.best.g_cm2,
+                best.thinnest.g_cm2, best.thickest.g_cm2};
+    } catch (const physics::InputError& e) {
+      // Its hint is about words of the command.
+      throw Failure(ATTENUATE_INPUT, e.message());
+    }
+  });
+}
+
+attenuate_status attenuate_counting_time(const attenuate_absorber* absorber,
+                                         const double* g_cm2, double* relative,
+                                         size_t n, attenuate_error* error) {
+  return guarded(error, [&] {
+    require(absorber != nullptr, ATTENUATE_ARGUMENT, "the absorber is NULL");
+    const auto masses = array(g_cm2, n);
+    const auto times = array(relative, n);
+    const physics::Absorber beam{
+        {absorber->mu_rho}, absorber->t_per_g_cm2, absorber->background};
+    require(beam.mu_rho.cm2_g > 0 && beam.t_per_g_cm2 > 0 &&
+                beam.background >= 0 && absorber->best > 0,
+            ATTENUATE_ARGUMENT, "this is no absorber");
+    const double best = physics::merit(beam, {absorber->best});
+    for (size_t i = 0; i < n; ++i) {
+      if (!(masses[i] >= 0)) {
+        throw Failure(ATTENUATE_ARGUMENT, "an areal mass must be 0 or more", i);
+      }
+      times[i] = best / physics::merit(beam, {masses[i]});
+    }
+  });
+}
