@@ -1,7 +1,6 @@
 #include "help/helproutine.h"
 
 #include <algorithm>
-#include <cctype>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,14 +11,13 @@
 #include "base/harmless.h"
 #include "base/unit.h"
 #include "help/help.h"
+#include "help/helpfile.h"
 #include "help/viewdvi.h"
 #include "menu/choose.h"
 #include "menu/scrd.h"
 #include "terminal/ansi.h"
 #include "terminal/show.h"
 #include "terminal/window.h"
-#include "text/nextchar.h"
-#include "text/stringlength.h"
 
 namespace help {
 namespace {
@@ -61,15 +59,6 @@ void show_record(const Record& record) {
   } else {
     show(attribute, record.trimmed().substr(mark.size()), kNormal);
   }
-}
-
-std::string first_word(const Record& record, int column) {
-  Record word;
-  int first = 0;
-  int length = 0;
-  toolkit::nextchar(record.columns(column, 132, "record"), 0, first, word,
-                    length);
-  return std::string(word.columns(1, length, "word"));
 }
 
 // The related entries of one entry.
@@ -293,32 +282,6 @@ class Browser {
 void helproutine(const base::Text<132>& chcom,
                  const base::Text<132>& helpfile) {
   Browser(helpfile).run(chcom);
-}
-
-Record left_justified(Record record) {
-  int length = 0;
-  toolkit::stringlength(record, length);
-  return record;
-}
-
-bool is_header(const Record& record) {
-  const std::string_view begin = record.columns<1, 2>();
-  return begin.front() == '/' && begin != "/#" && begin != "/>";
-}
-
-Related related_entry(const Record& record) {
-  if (record.columns<3, 6>() == "more") return {"more", first_word(record, 8)};
-  if (record.columns<3, 9>() == "details") {
-    return {"details", first_word(record, 11)};
-  }
-  return {record.columns<3, 132>(), ""};
-}
-
-bool safe_for_shell(const std::string& name) {
-  return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '.' ||
-           c == '_' || c == '-';
-  });
 }
 
 }  // namespace help

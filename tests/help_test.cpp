@@ -3,6 +3,7 @@
 #include <set>
 
 #include "data/tools/helpcheck.h"
+#include "help/helpfile.h"
 #include "help/helproutine.h"
 #include "help/key.h"
 #include "menu/query.h"

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "base/text.h"
-#include "help/helproutine.h"
+#include "help/helpfile.h"
 
 namespace data {
 namespace {

@@ -11,7 +11,7 @@
 namespace data {
 
 // Reads "attenuation.help" in `directory` as the help browser does
-// (help/helproutine.h). Returns, in the order of lines, what leads nowhere, is
+// (help/helpfile.h). Returns, in the order of lines, what leads nowhere, is
 // never shown, means something else than a key, or does not fit a screen of 24
 // rows and 80 columns. No fault if there is no such file: data files of one's
 // own need none beside them.
