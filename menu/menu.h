@@ -15,7 +15,7 @@ namespace menu {
 using ShowHelp = std::function<void(const base::Text<132>& key)>;
 
 struct Question {
-  int entries;             // in the tables, 1..64
+  int entries = 0;         // in the tables, 1..64
   base::Text<132> header;  // blank for none; one wider than a line is cut
   // A substring of the entry to highlight first; blank only shows the menu.
   base::Text<80> wanted;
