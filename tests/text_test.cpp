@@ -1,5 +1,7 @@
 #include "base/text.h"
 
+#include <sys/stat.h>
+
 #include <climits>
 #include <limits>
 #include <tuple>
@@ -106,6 +108,8 @@ TEST(Unit, RecordsEndInLfOrCrLfAndAreCutAtTheirField) {
   EXPECT_CAUSE(unit.create("no/such"),
                "Cannot write file 'no/such': No such file or directory");
   EXPECT_CAUSE(unit.open("."), "Cannot open file '.': Is a directory");
+  EXPECT_EQ(mkfifo("fifo", 0600), 0);
+  EXPECT_CAUSE(unit.open("fifo"), "Cannot open file 'fifo': Invalid argument");
 }
 
 TEST(Trlch, FindsEveryNumberInFreeText) {
