@@ -27,6 +27,7 @@ bool is_digit(char c) { return '0' <= c && c <= '9'; }
 bool is_small(char c) { return 'a' <= c && c <= 'z'; }
 bool is_capital(char c) { return 'A' <= c && c <= 'Z'; }
 bool is_letter(char c) { return is_small(c) || is_capital(c); }
+bool is_ascii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 char small(char c) { return is_capital(c) ? static_cast<char>(c + 32) : c; }
 char capital(char c) { return is_small(c) ? static_cast<char>(c - 32) : c; }
 
@@ -63,7 +64,6 @@ std::size_t character_at(std::string_view text, std::size_t i) {
 // Length of the one of `marks` that stands at `i`, or 0.
 std::size_t mark_at(std::string_view text, std::size_t i,
                     std::span<const std::string_view> marks) {
-  if (byte_of(text, i) < 0x80) return 0;
   for (const std::string_view mark : marks) {
     if (text.substr(i, mark.size()) == mark) return mark.size();
   }
@@ -82,7 +82,8 @@ std::size_t adduct_at(std::string_view text, std::size_t i) {
   constexpr std::array dots = {"\u00B7"sv, "\u22C5"sv, "\u2022"sv, "\u2219"sv,
                                "\u2027"sv};
   const char c = char_at(text, i);
-  return c == '*' || c == '+' ? 1 : mark_at(text, i, dots);
+  if (c == '*' || c == '+') return 1;
+  return is_ascii(c) ? 0 : mark_at(text, i, dots);
 }
 
 std::size_t skip_blanks(std::string_view text, std::size_t i) {
@@ -1009,18 +1010,21 @@ std::optional<std::string> recapitalised(std::string_view text) {
 std::size_t blank_at(std::string_view text, std::size_t i) {
   constexpr std::array wide = {"\u00A0"sv, "\u2009"sv, "\u202F"sv};
   const char c = char_at(text, i);
-  return c == ' ' || c == '\t' ? 1 : mark_at(text, i, wide);
+  if (c == ' ' || c == '\t') return 1;
+  return is_ascii(c) ? 0 : mark_at(text, i, wide);
 }
 
 std::string_view trimmed(std::string_view text) {
   text.remove_prefix(skip_blanks(text, 0));
-  std::size_t end = 0;
-  for (std::size_t i = 0; i < text.size();) {
-    const std::size_t blank = blank_at(text, i);
-    i += blank > 0 ? blank : 1;
-    if (blank == 0) end = i;
+  for (std::size_t length = 1; length <= 3 && length <= text.size();) {
+    if (blank_at(text, text.size() - length) == length) {
+      text.remove_suffix(length);
+      length = 1;
+    } else {
+      ++length;
+    }
   }
-  return text.substr(0, end);
+  return text;
 }
 
 int column_of(std::string_view text, std::size_t i, int first) {
@@ -1050,7 +1054,7 @@ double number(std::string_view digits) {
 }
 
 std::string plain(double value) {
-  std::array<char, 400> buffer;
+  std::array<char, 400> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                  value, std::chars_format::fixed);
   return {buffer.data(), end.ptr};

@@ -32,7 +32,7 @@ std::string lower(std::string_view text) {
 }
 
 std::string six_digits(double value) {
-  std::array<char, 32> buffer;
+  std::array<char, 32> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                  value, std::chars_format::general, 6);
   return {buffer.data(), end.ptr};
@@ -495,7 +495,8 @@ class Reader {
   static void note_name(std::string_view text, Material& material) {
     constexpr std::size_t kLongest = 12;
     if (text.size() > kLongest) return;
-    const bool doped = text.back() == ')';
+    const std::size_t open = text.find('(');
+    const bool doped = text.back() == ')' && text.size() - open <= 4;
     if (!doped && !std::all_of(text.begin(), text.end(), [](char c) {
           return is_capital(c) || is_digit(c);
         })) {
@@ -631,7 +632,7 @@ class Reader {
     constexpr double kTolerance = 0.1;
     double sum = 0.0;
     Share* rest = nullptr;
-    const Share* last = nullptr;
+    const Share* last = &shares[0];
     for (Share& share : shares) {
       sum += share.value;
       if (share.kind != Kind::kNone) last = &share;
@@ -728,20 +729,21 @@ std::string density_advice(const Material& material) {
 }
 
 std::optional<std::string> flat_notation(const Composition& composition) {
-  constexpr int kComponents = 12, kLead = 82;
+  constexpr int kComponents = 12, kLead = 82, kLargest = 999;
   std::string flat;
   int components = 0;
   for (const Part& part : composition) {
-    if (part.mass_number > 0 || part.z > kLead || part.atoms < 1.0 ||
+    if (part.mass_number > 0 || part.z > kLead ||
+        part.atoms > kComponents * kLargest ||
         part.atoms != std::floor(part.atoms)) {
       return std::nullopt;
     }
     const std::string_view name =
         builtin().elements()[static_cast<std::size_t>(part.z - 1)].symbol;
-    const double most = name.size() == 1 ? 999.0 : 9.0;
-    for (double left = part.atoms; left > 0.0; left -= most) {
+    const int most = name.size() == 1 ? kLargest : 9;
+    for (int left = static_cast<int>(part.atoms); left > 0; left -= most) {
       if (++components > kComponents) return std::nullopt;
-      flat += std::string(name) + "_" + plain(std::min(left, most));
+      flat += std::string(name) + "_" + std::to_string(std::min(left, most));
     }
   }
   return flat;
