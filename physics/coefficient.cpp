@@ -1,7 +1,7 @@
 // Coefficients of a material: sums over its elements (physics/material.h).
 
+#include <algorithm>
 #include <cmath>
-#include <optional>
 #include <string>
 
 #include "physics/errors.h"
@@ -28,31 +28,59 @@ MassAttenuation sum(const Material& material, Energy energy, Member curve,
   return {sum};
 }
 
-// The same with the parabola, whose own coefficients are single precision.
-MassAttenuation sum_of_parabolas(const Material& material, Energy energy,
-                                 const Data& data) {
-  double sum = 0.0;
-  for (const auto& [z, mass_fraction, weight] : material.constituents) {
-    const std::optional<Block> block = data.block(z);
-    if (!block) {
-      throw InputError("the parabola has no rows for Z = " + std::to_string(z),
-                       0, "they end with lead; the other rule goes to uranium");
-    }
-    try {
-      const auto keV = static_cast<float>(energy.keV);
-      sum += weight * static_cast<double>(parabola(*block, keV));
-    } catch (const OutsideBlock& outside) {
-      throw OutsideTable(z, energy, outside.first(), outside.last());
-    }
+float parabola_of(int z, Energy energy, const Data& data) {
+  const auto block = data.block(z);
+  if (!block) {
+    const Element& element = data.elements()[static_cast<std::size_t>(z - 1)];
+    throw InputError("the parabola has no rows for " +
+                         std::string(element.name) +
+                         " (Z = " + std::to_string(z) + ")",
+                     0, "--rule pchip");
   }
-  return {sum};
+  try {
+    return parabola(*block, static_cast<float>(energy.keV));
+  } catch (const OutsideBlock& outside) {
+    throw OutsideTable(z, energy, outside.first(), outside.last());
+  }
+}
+
+// The dialogue's sum, in single precision: an element as it is, compounds by
+// atoms and weights from the first element on. What has no formula, and what
+// holds isotopes, goes by the shares, which the dialogue does not know.
+float parabola_sum(const Material& material, Energy energy, const Data& data) {
+  const auto& constituents = material.constituents;
+  if (constituents.size() == 1 && constituents[0].weight == 1.0) {
+    return parabola_of(constituents[0].z, energy, data);
+  }
+  float sum = 0.0F, all = 0.0F;
+  const auto add = [&](int z, float share) {
+    sum = parabola_of(z, energy, data) * share + sum;
+    all = share + all;
+  };
+  const bool atoms =
+      material.composition &&
+      std::all_of(material.composition->begin(), material.composition->end(),
+                  [](const Part& part) { return part.mass_number == 0; });
+  if (!atoms) {
+    for (const Constituent& one : constituents) {
+      add(one.z, static_cast<float>(one.weight));
+    }
+    return sum;
+  }
+  for (const Part& part : *material.composition) {
+    const double weight =
+        data.elements()[static_cast<std::size_t>(part.z - 1)].weight;
+    add(part.z, static_cast<float>(part.atoms) * static_cast<float>(weight));
+  }
+  return sum / all;
 }
 
 }  // namespace
 
 MassAttenuation mass_attenuation(const Material& material, Energy energy,
                                  Rule rule, const Data& data) {
-  if (rule == Rule::kParabola) return sum_of_parabolas(material, energy, data);
+  if (rule == Rule::kParabola)
+    return {static_cast<double>(parabola_sum(material, energy, data))};
   return sum(material, energy, &Table::total, data);
 }
 

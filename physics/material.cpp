@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <utility>
@@ -29,13 +28,6 @@ std::string lower(std::string_view text) {
     if (is_capital(c)) c = static_cast<char>(c + 32);
   }
   return small;
-}
-
-std::string six_digits(double value) {
-  std::array<char, 32> buffer{};
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                 value, std::chars_format::general, 6);
-  return {buffer.data(), end.ptr};
 }
 
 // Three digits, for advice.
@@ -643,7 +635,7 @@ class Reader {
       }
       rest = &share;
     }
-    const std::string total = "the parts add up to " + six_digits(sum) + " %";
+    const std::string total = "the parts add up to " + short_number(sum) + " %";
     if (rest != nullptr) {
       // What the sum of decimals leaves of 100 is no share.
       if (sum > 100.0 - 1e-9) {

@@ -328,6 +328,28 @@ TEST(Material, AdviceNamesTheDensityThatIsMissing) {
   }
 }
 
+// Lead nitrate, 2 x 14.007 and 6 x 15.999 beside 207.2 of 331.2, and what has
+// no rows for the parabola.
+TEST(Material, ParabolaAddsUpAsTheDialogueDoes) {
+  const physics::Energy energy{14.4F};
+  const auto mu = [&](const char* text) {
+    return physics::mass_attenuation(physics::material(text), energy,
+                                     physics::Rule::kParabola)
+        .cm2_g;
+  };
+  for (const char* symbol : {"H", "Fe", "Pb"}) {
+    const auto block = physics::builtin().block(z_of(symbol));
+    EXPECT_EQ(mu(symbol), static_cast<double>(physics::parabola(*block, 14.4F)))
+        << symbol;
+  }
+  const double sum = (207.2 * mu("Pb") + 28.014 * mu("N") + 95.994 * mu("O")) /
+                     (207.2 + 28.014 + 95.994);
+  EXPECT_NEAR(mu("Pb(NO3)2") / sum, 1.0, 1e-6);
+  EXPECT_NEAR(mu("62.5581% Pb // 8.4581% N // O") / sum, 1.0, 1e-5);
+  EXPECT_NEAR(mu("D2O") / mu("H2O"), 18.015 / 20.0272, 1e-6);
+  EXPECT_THROW(mu("UO2"), physics::InputError);
+}
+
 TEST(FlatNotation, HoldsWhatTheDialogueCanRead) {
   const struct {
     const char* text;
