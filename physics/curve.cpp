@@ -87,6 +87,7 @@ std::vector<Cubic> pchip(std::span<const CurvePoint> points) {
   }
   const CurvePoint& last = points.back();
   pieces.push_back({last.keV, std::log(last.keV), std::log(last.y), 0, 0, 0});
+  pieces.push_back({std::numeric_limits<double>::max(), 0, 0, 0, 0, 0});
   require(pieces.size() <= 256, "more than 256 intervals");
   return pieces;
 }
@@ -94,22 +95,21 @@ std::vector<Cubic> pchip(std::span<const CurvePoint> points) {
 std::vector<std::uint8_t> grid_of(std::span<const Cubic> pieces) {
   std::vector<std::uint8_t> grid;
   const std::uint64_t first = Curve::cell(pieces.front().keV);
-  const std::uint64_t last = Curve::cell(pieces.back().keV);
+  const std::uint64_t last = Curve::cell(pieces[pieces.size() - 2].keV);
   std::size_t i = 0;
   for (std::uint64_t cell = first; cell <= last; ++cell) {
-    while (i + 1 < pieces.size() && Curve::cell(pieces[i + 1].keV) < cell) ++i;
+    while (Curve::cell(pieces[i + 1].keV) < cell) ++i;
     grid.push_back(static_cast<std::uint8_t>(i));
   }
   return grid;
 }
 
 double Curve::ln_straight(Energy e) const {
-  const std::size_t i = index(e);
-  const Cubic& p = pieces_[i];
-  if (i + 1 == pieces_.size()) return p.a;
-  const double next = value(p, pieces_[i + 1].x);
-  return p.a +
-         (std::log(e.keV) - p.x) * (next - p.a) / (pieces_[i + 1].x - p.x);
+  const Cubic& p = *piece(e);
+  if (e == last()) return p.a;
+  const double width = (&p)[1].x - p.x;
+  const double rise = value(p, (&p)[1].x) - p.a;
+  return p.a + (std::log(e.keV) - p.x) * rise / width;
 }
 
 }  // namespace physics

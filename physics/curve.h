@@ -25,8 +25,7 @@ struct Cubic {
 
 class Curve {
  public:
-  // pieces  energies rise; the last one is a mere point, so that both ends of
-  //         the range can be evaluated
+  // pieces  of pchip() below
   // grid    of grid_of() below
   // Both must outlive the curve.
   constexpr Curve(std::span<const Cubic> pieces,
@@ -34,23 +33,25 @@ class Curve {
       : pieces_(pieces), grid_(grid), first_cell_(cell(pieces.front().keV)) {}
 
   constexpr Energy first() const { return {pieces_.front().keV}; }
-  constexpr Energy last() const { return {pieces_.back().keV}; }
+  constexpr Energy last() const { return {pieces_[pieces_.size() - 2].keV}; }
   // Not NaN.
   constexpr bool holds(Energy e) const { return first() <= e && e <= last(); }
 
-  constexpr std::span<const Cubic> pieces() const { return pieces_; }
-
-  // ln y at an energy that the curve holds; on an edge the upper side.
-  double ln(Energy e) const { return at(e, std::log(e.keV)); }
-  double at(Energy e, double ln_keV) const {
-    return value(pieces_[index(e)], ln_keV);
+  // The last one is the mere point of the last energy.
+  constexpr std::span<const Cubic> pieces() const {
+    return pieces_.first(pieces_.size() - 1);
   }
+
+  // ln y at an energy that the curve holds, which is not checked again; on an
+  // edge the upper side.
+  double ln(Energy e) const { return at(e, std::log(e.keV)); }
+  double at(Energy e, double ln_keV) const { return value(*piece(e), ln_keV); }
 
   // The same on the lower side of an edge.
   double ln_below(Energy e) const {
-    std::size_t i = index(e);
-    if (pieces_[i].keV == e.keV && i > 0) --i;
-    return value(pieces_[i], std::log(e.keV));
+    const Cubic* p = piece(e);
+    if (p->keV == e.keV && p != pieces_.data()) --p;
+    return value(*p, std::log(e.keV));
   }
 
   // The straight line in ln y over ln E through the rows on both sides.
@@ -69,11 +70,16 @@ class Curve {
     return p.a + t * (p.b + t * (p.c + t * p.d));
   }
 
-  // The piece that begins at `e` or last before it.
-  std::size_t index(Energy e) const {
-    std::size_t i = grid_[cell(e.keV) - first_cell_];
-    while (i + 1 < pieces_.size() && pieces_[i + 1].keV <= e.keV) ++i;
-    return i;
+  // The piece that begins at `e` or last before it. The first two steps are
+  // taken without a jump, which for random energies nobody could predict; more
+  // are needed only where edges lie close together. The guard behind the last
+  // piece ends the search.
+  const Cubic* piece(Energy e) const {
+    const Cubic* p = pieces_.data() + grid_.data()[cell(e.keV) - first_cell_];
+    p += p[1].keV <= e.keV ? 1 : 0;
+    p += p[1].keV <= e.keV ? 1 : 0;
+    while (p[1].keV <= e.keV) ++p;
+    return p;
   }
 
   std::span<const Cubic> pieces_;
@@ -92,7 +98,8 @@ struct CurvePoint {
 // of F. N. Fritsch and J. Butland, SIAM J. Sci. Stat. Comput. 5 (1984) 300, and
 // three-point slopes at the ends, limited to keep the shape, as pchip of MATLAB
 // and SciPy has them. Each segment between edges stands for itself; one of two
-// points is a straight line.
+// points is a straight line. Behind the pieces follow the last point as a piece
+// of its own and a guard beyond all energies.
 // Throws std::invalid_argument: fewer than two points, energies or values that
 // are not positive or do not rise, a segment of one point, over 256 pieces.
 std::vector<Cubic> pchip(std::span<const CurvePoint> points);

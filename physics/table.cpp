@@ -4,9 +4,7 @@
 
 namespace physics {
 
-const Curve& holding(const Curve& curve, int z, Energy energy) {
-  // False for NaN too.
-  if (curve.holds(energy)) return curve;
+void throw_outside(const Curve& curve, int z, Energy energy) {
   throw OutsideTable(z, energy, curve.first(), curve.last());
 }
 

@@ -20,6 +20,14 @@ struct Table {
   Curve absorption;  // mu_en/rho
 };
 
+// `curve` of the element `z`, which must hold `energy`. Throws OutsideTable.
+[[noreturn]] void throw_outside(const Curve& curve, int z, Energy energy);
+inline const Curve& holding(const Curve& curve, int z, Energy energy) {
+  // False for NaN too.
+  if (!curve.holds(energy)) throw_outside(curve, z, energy);
+  return curve;
+}
+
 // mu/rho of the element, total with coherent scattering.
 // Throws OutsideTable.
 MassAttenuation mass_attenuation(const Table& table, Energy energy);
@@ -34,9 +42,6 @@ MassAttenuation energy_absorption(const Table& table, Energy energy);
 // ln E, relative: what the interpolation adds to the uncertainty of mu/rho.
 // Throws OutsideTable.
 double interpolation_uncertainty(const Table& table, Energy energy);
-
-// `curve` of the element `z`, which must hold `energy`. Throws OutsideTable.
-const Curve& holding(const Curve& curve, int z, Energy energy);
 
 // The range that the table can answer, both ends included.
 Energy first_energy(const Table& table);
