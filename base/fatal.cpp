@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -38,9 +39,10 @@ std::string offset_in(const Dl_info& program, const void* address) {
   return "+0x" + std::string(digits.data(), end.ptr);
 }
 
-// The calls that lie in this program, innermost first. Those of libraries and
-// of the fatal end itself say nothing to a reader of the report.
-std::string own_calls(void* const* frames, int count) {
+// The calls that lie in this program, innermost first; with `all` also those
+// that have no name. Those of libraries and of the fatal end itself say nothing
+// to a reader of the report.
+std::string own_calls(void* const* frames, int count, bool all) {
   Dl_info program{};
   if (dladdr(reinterpret_cast<void*>(&run), &program) == 0) return {};
   std::string calls;
@@ -48,6 +50,7 @@ std::string own_calls(void* const* frames, int count) {
     Dl_info frame{};
     if (dladdr(frames[i], &frame) == 0 || frame.dli_fbase != program.dli_fbase)
       continue;
+    if (frame.dli_sname == nullptr && !all) continue;
     const std::string name = frame.dli_sname != nullptr
                                  ? function_name(frame.dli_sname)
                                  : offset_in(program, frames[i]);
@@ -55,6 +58,19 @@ std::string own_calls(void* const* frames, int count) {
     calls += "  " + name + "\n";
   }
   return calls;
+}
+
+// `text` in lines of at most `columns` columns, broken at blanks.
+std::string wrapped(std::string_view text, int columns) {
+  const auto room = static_cast<std::size_t>(std::max(columns, 20));
+  std::string lines;
+  while (text.size() > room) {
+    std::size_t end = text.rfind(' ', room);
+    if (end == text.npos || end == 0) end = std::min(text.find(' '), room);
+    lines.append(text.substr(0, end)).append("\n");
+    text.remove_prefix(std::min(end + (text[end] == ' ' ? 1 : 0), text.size()));
+  }
+  return lines.append(text).append("\n");
 }
 
 // Line by line to standard error. Names of files and what stands in them must
@@ -89,12 +105,16 @@ FatalEnd::FatalEnd(std::string cause, std::string advice, SourcePosition at)
   frame_count_ = backtrace(frames_.data(), static_cast<int>(frames_.size()));
 }
 
-std::string FatalEnd::report() const {
-  std::string text = std::string("At ") + at_.file_name() + ":" +
-                     std::to_string(at_.line()) + "\nFatal error: " + cause_ +
-                     "\n";
-  if (!advice_.empty()) text += advice_ + "\n";
-  const std::string calls = own_calls(frames_.data(), frame_count_);
+std::string FatalEnd::report(int columns) const {
+  const std::string cause = wrapped("Fatal error: " + cause_, columns);
+  if (brief_) return cause;
+  const std::string advice = advice_.empty() ? "" : wrapped(advice_, columns);
+  std::string text = plain_cause() ? cause + advice : advice + cause;
+  text += std::string("At ") + at_.file_name() + ":" +
+          std::to_string(at_.line()) + "\n";
+  const char* const trace = std::getenv("ATTENUATION_TRACE");
+  const bool all = trace != nullptr && std::string_view(trace) == "1";
+  const std::string calls = own_calls(frames_.data(), frame_count_, all);
   if (!calls.empty()) text += "Called from:\n" + calls;
   return text;
 }
@@ -105,19 +125,19 @@ void fatal(std::string cause, std::string advice, SourcePosition at) {
 
 void note(const std::string& text) { tell("Note: " + text); }
 
-int run(void (*program)(), void (*before_report)()) {
+int run(void (*program)(), int (*begin_report)()) {
+  constexpr int kColumns = 80;
   occupy_standard_channels();
-  const auto report = [before_report](const std::string& text) {
-    if (before_report != nullptr) before_report();
-    tell(text);
+  const auto columns = [begin_report] {
+    return begin_report != nullptr ? begin_report() : kColumns;
   };
   try {
     program();
     return 0;
   } catch (const FatalEnd& end) {
-    report(end.report());
+    tell(end.report(columns()));
   } catch (const std::exception& other) {
-    report(std::string("Fatal error: ") + other.what() + "\n");
+    tell(wrapped(std::string("Fatal error: ") + other.what(), columns()));
   }
   return kFatalStatus;
 }

@@ -36,9 +36,21 @@ class FatalEnd : public std::exception {
   // Sets the line for the user; the outermost caller knows most and wins.
   void advise(std::string advice) { advice_ = std::move(advice); }
 
-  // Source position, cause, advice and the program's own calls, for standard
-  // error.
-  std::string report() const;
+  // Lets the report be the cause alone, in one line: for an end that is no
+  // surprise to the user.
+  void be_brief() { brief_ = true; }
+
+  // What happened and what to do, then the source position and the program's
+  // own calls, for standard error. The first lines are wrapped at words to
+  // `columns` columns; the advice comes before a cause that speaks of the
+  // program.
+  // Calls without a name, which only a debugger can tell, are left out unless
+  // the environment has ATTENUATION_TRACE=1.
+  std::string report(int columns = 80) const;
+
+ protected:
+  // Whether the cause means something to a person who does not know the source.
+  virtual bool plain_cause() const { return true; }
 
  private:
   std::string cause_;
@@ -46,11 +58,13 @@ class FatalEnd : public std::exception {
   SourcePosition at_;
   std::array<void*, 64> frames_{};
   int frame_count_ = 0;
+  bool brief_ = false;
 };
 
 // A subscript or substring outside its bounds.
 class RangeError : public FatalEnd {
   using FatalEnd::FatalEnd;
+  bool plain_cause() const override { return false; }
 };
 
 // A file, or the input of the dialogue, ended where more was needed.
@@ -93,9 +107,10 @@ void note(const std::string& text);
 
 // Runs `program` and returns the exit status: 0, or kFatalStatus after a fatal
 // end, which is reported on standard error. By then the guards have put the
-// terminal's settings back; `before_report` may see to what is on its screen.
-// Whatever a report names, it steers no terminal.
-int run(void (*program)(), void (*before_report)() = nullptr);
+// terminal's settings back; `begin_report` may see to what is on its screen and
+// returns the columns there are. Whatever a report names, it steers no
+// terminal.
+int run(void (*program)(), int (*begin_report)() = nullptr);
 
 }  // namespace base
 

@@ -14,8 +14,9 @@ namespace terminal {
 void show(std::string_view line, int nwr);
 
 // Gets the screen ready for the report of a fatal end: normal attributes and a
-// fresh line, if standard output is a terminal.
-void begin_report();
+// fresh line, if standard output is a terminal. Returns how many columns there
+// are for it.
+int begin_report();
 
 }  // namespace terminal
 
