@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "attenuation/notes.h"
 #include "base/fatal.h"
 
 namespace attenuation {
@@ -19,6 +20,9 @@ std::string advice_on(const base::Text<132>& formula,
   // What the question gives when it is left with "q" or "*".
   if (error.rest() == "*") {
     return place + "the question for it was left without an answer";
+  }
+  if (const auto meant = in_notation(formula.trimmed())) {
+    return place + "type " + *meant;
   }
   return place + error.advice() +
          "; write symbol, underscore and count of each element, as in"

@@ -14,6 +14,7 @@
 #include "attenuation/contentformula.h"
 #include "attenuation/elementdensity.h"
 #include "attenuation/elementlist.h"
+#include "attenuation/notes.h"
 #include "attenuation/report.h"
 #include "base/fatal.h"
 #include "base/text.h"
@@ -43,28 +44,6 @@ physics::Components preset(const Sample& sample, const physics::Symbols& es) {
     components.add({atoms.index, atoms.count});
   }
   return components;
-}
-
-// Tells of elements that count for nothing, or for less.
-void note_weights(const physics::Components& components,
-                  const physics::ElementList& elements) {
-  for (const auto& [index, count] : components) {
-    const float weight = elements.emolweight(index);
-    if (weight > 0.0F && std::isfinite(weight)) continue;
-    base::note("elements.dat:" + std::to_string(index) +
-               ": no molar weight for " +
-               std::string(elements.es(index).trimmed()) +
-               ", so the coefficient is wrong");
-  }
-}
-
-// Tells how a formula was read where that is not how it looks.
-void note_reading(const Text<132>& typed, const physics::Components& read,
-                  const physics::Symbols& es) {
-  const std::string as_read = physics::flat_formula(read, es);
-  if (typed == as_read) return;
-  base::note("the formula " + std::string(typed.trimmed()) + " is read as " +
-             as_read);
 }
 
 int atomic_number_of(const Text<12>& name, const Text<16>& record) {
@@ -97,8 +76,10 @@ SampleInBeam set_up_element(const Text<12>& name, const Sample& sample) {
 const Text<12>& asked_element(const physics::ElementList& elements) {
   const Text<132> answer =
       ask_string("symbol for the element", "Cu", "read/element");
-  return name_of(elements.ename,
-                 physics::index_of_symbol(elements.es, answer.columns<1, 2>()));
+  const int element =
+      physics::index_of_symbol(elements.es, answer.columns<1, 2>());
+  note_symbol(answer, element, elements);
+  return name_of(elements.ename, element);
 }
 
 // Asks the energy of each line, with the line's own as the default, and looks
@@ -135,6 +116,7 @@ SampleInBeam set_up_asked_compound(const Sample& sample,
       "formula of the compound", "N_2H_8Fe_1S_2O_8H_12O_6", "read/compound");
   const float density = ask_value("density of the compound g/cm3", "f8.2",
                                   sample.density, "read/density");
+  note_density(density);
   const physics::Components components = read_formula(answer, elements.es);
   note_reading(answer, components, elements.es);
   if (sample.kind == Kind::kTwoLines) {
@@ -216,12 +198,20 @@ SampleInBeam set_up(const Sample& sample,
 void thickness_loop(const SampleInBeam& sample) {
   // Without a density there is no menu, and no thickness in mm.
   std::optional unit = ThicknessUnit::kArealMass;
-  do {
-    if (sample.density > 0.0F) unit = asked_unit(unit);
-    const float thick = asked_thickness(unit, sample.density);
-    if (thick < 0.0F) base::note("no sample has a negative areal mass");
-    report(sample, thick);
-  } while (ask_yes("new value for the thickness", "read/repeat"));
+  bool answered = false;
+  try {
+    do {
+      if (sample.density > 0.0F) unit = asked_unit(unit);
+      const float thick = asked_thickness(unit, sample.density);
+      note_areal_mass(thick);
+      report(sample, thick);
+      answered = true;
+    } while (ask_yes("new value for the thickness", "read/repeat"));
+  } catch (base::EndOfFile& end) {
+    // To close the input is a way to leave, once there is an answer.
+    if (answered) end.be_brief("End of input: the session ends here.");
+    throw;
+  }
 }
 
 }  // namespace attenuation

@@ -106,8 +106,8 @@ FatalEnd::FatalEnd(std::string cause, std::string advice, SourcePosition at)
 }
 
 std::string FatalEnd::report(int columns) const {
+  if (!brief_.empty()) return brief_ + "\n";
   const std::string cause = wrapped("Fatal error: " + cause_, columns);
-  if (brief_) return cause;
   const std::string advice = advice_.empty() ? "" : wrapped(advice_, columns);
   std::string text = plain_cause() ? cause + advice : advice + cause;
   text += std::string("At ") + at_.file_name() + ":" +

@@ -36,9 +36,8 @@ class FatalEnd : public std::exception {
   // Sets the line for the user; the outermost caller knows most and wins.
   void advise(std::string advice) { advice_ = std::move(advice); }
 
-  // Lets the report be the cause alone, in one line: for an end that is no
-  // surprise to the user.
-  void be_brief() { brief_ = true; }
+  // Lets the report be this one line: for an end that is no surprise.
+  void be_brief(std::string line) { brief_ = std::move(line); }
 
   // What happened and what to do, then the source position and the program's
   // own calls, for standard error. The first lines are wrapped at words to
@@ -58,7 +57,7 @@ class FatalEnd : public std::exception {
   SourcePosition at_;
   std::array<void*, 64> frames_{};
   int frame_count_ = 0;
-  bool brief_ = false;
+  std::string brief_;
 };
 
 // A subscript or substring outside its bounds.

@@ -287,7 +287,7 @@ class Menu {
       return take_return();
     }
     if (question_.go) return take_return();
-    key_ = terminal::key();
+    key_ = answering_key();
     switch (key_) {
       case terminal::kUpKey:
       case terminal::kDownKey:
@@ -300,6 +300,20 @@ class Menu {
       default:
         // End of input comes here too: reading on then ends the run.
         return rest_of_line(static_cast<char>(key_ & 0xFF));
+    }
+  }
+
+  // The next key that means something to a menu. Home, End, Page Down and the
+  // like, ESC [ and a letter, or digits and a final character, would else begin
+  // a line with what no entry has in it.
+  static int answering_key() {
+    for (;;) {
+      int key = terminal::key();
+      if (key == terminal::kHomeKey || key == terminal::kEndKey) continue;
+      if (key > -'0' || key < -'9') return key;
+      do {
+        key = terminal::key();
+      } while (('0' <= key && key <= '9') || key == ';');
     }
   }
 

@@ -55,6 +55,16 @@ float recorded_value(const Line& line) {
   return first_of(numbers_in(value.full()));
 }
 
+// Tells why the question is asked again.
+void note_not_one(std::size_t numbers, std::string_view answer) {
+  const bool comma = answer.find(',') != answer.npos;
+  base::note(std::string(numbers == 0 || comma ? "no number"
+                                               : "more than one number") +
+             " in '" + std::string(answer) + "'" +
+             (comma ? " (decimals take a point)" : "") +
+             ": the question stands");
+}
+
 }  // namespace
 
 void askvalue(Line& querytype, Text<7>& form, float& value, Line& chcom,
@@ -111,7 +121,10 @@ void askvalue(Line& querytype, Text<7>& form, float& value, Line& chcom,
     }
     const std::vector<float> typed =
         numbers_in(answer.columns(1, std::min(ncol, base::kLine), "answer"));
-    if (typed.size() != 1) continue;
+    if (typed.size() != 1) {
+      note_not_one(typed.size(), answer.trimmed());
+      continue;
+    }
     value = typed.front();
     current = shown_value(form, value);
     erase_prompt(ld, nwr);

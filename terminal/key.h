@@ -10,6 +10,8 @@ inline constexpr int kUpKey = -65;
 inline constexpr int kDownKey = -66;
 inline constexpr int kRightKey = -67;
 inline constexpr int kLeftKey = -68;
+inline constexpr int kEndKey = -70;
+inline constexpr int kHomeKey = -72;
 inline constexpr int kEndOfInput = -1;
 
 // Reads one key. The terminal is in single-key mode for the time of the call
