@@ -136,7 +136,10 @@ TEST(Dialogue, FatalEndsTellWhatToDo) {
     std::string keys, told;
   } cases[] = {
       {"5 ES\n\ncu\n\n", "unknown element symbol \"cu\": symbols are case-"},
-      {"10 c\n\nH2O\n\n1\n\n", "cannot read the formula \"H2O\" at \"H2O\""},
+      {"10 c\n\nH2O\n\n1\n\n",
+       "cannot read the formula \"H2O\" at \"H2O\": type H_2O_1\nFatal "
+       "error: "},
+      {"10 c\n\nxyz\n\n1\n\n", "write symbol, underscore and count"},
       {"10 c\n\nq\n1\n\n", "the question for it was left without an answer"},
       {"2 I\n\n1.2\n\n\n",
        "usable table, which runs from 1.253 keV to 20000 keV"},
@@ -149,7 +152,10 @@ TEST(Dialogue, FatalEndsTellWhatToDo) {
     EXPECT_EQ(run.status, 2) << keys << run.out;
     EXPECT_TRUE(has(run.err, told));
     EXPECT_TRUE(has(run.err, "attenuation::dialogue"));  // the backtrace
+    EXPECT_LT(run.err.find(told), run.err.find("\nAt ")) << "the advice first";
   }
+  EXPECT_TRUE(run_piped("2 I\n\n\n\n\n\n")
+                  .err.ends_with("\nEnd of input: the session ends here.\n"));
   EXPECT_EQ(run_piped("10 c\n\n" + twelve + "\n\n\n\n\nn\n\n").status, 0);
   const auto run = run_piped("", {.directory = "/dev"});
   EXPECT_TRUE(has(run.err, "Cannot open file 'elements.dat': No such file"));
@@ -158,16 +164,34 @@ TEST(Dialogue, FatalEndsTellWhatToDo) {
 
 // On standard error: the numbers on standard output stay what they are.
 TEST(Dialogue, NotesNumbersThatAreOfAnotherSample) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"10 c\n\nFe_12\n\n\n\n\nn\n\n", "the formula Fe_12 is read as Fe_122"},
+  const struct {
+    std::string keys, told;
+  } cases[] = {
+      {"10 c\n\nFe_12\n\n\n\n\nn\n\n",
+       "this is not Fe_12 but Fe_122: stop (Ctrl-C) and type Fe_9Fe_3"},
+      {"10 c\n\nSiO2\n\n\n\n\nn\n\n",
+       "this is not SiO2 but Si_2: stop (Ctrl-C) and type Si_1O_2"},
+      {"10 c\n\nC_1x2O_1\n\n\n\n\nn\n\n",
+       "the formula C_1x2O_1 is read as C_12O_1: if it is not meant, stop"},
+      {"10 c\n\nC_0\n\n\n\n\nn\n\n", "no atoms are counted, so there is no"},
+      {"10 c\n\nPb_1\n\n\n3\n\n\nn\n\n",
+       "mue/rho = 1941.39 cm2/g is too wide for its field"},
+      {"10 c\n\nC_1\n\n-1\n\n\n\nn\n\n", "no sample has a negative density"},
+      {"5 ES\n\nIron\n\n\n\n\nn\n\n",
+       "of Iron only Ir counts, iridium: stop (Ctrl-C) and type Fe"},
+      {"6 m\n\n122,06\n\n\n\nn\n\n",
+       "no number in '122,06' (decimals take a point): the question stands"},
+      {"6 m\n\n5 6\n\n\n\nn\n\n",
+       "more than one number in '5 6': the question stands"},
       {"6 m\n\n\n\n1.e39\n\nn\n\n",
        "no number can be read in ***************: it"},
       {"6 m\n\n\n\n-5\n\nn\n\n", "no sample has a negative areal mass"}};
   for (const auto& [keys, told] : cases) {
     const auto run = run_piped(keys);
     EXPECT_EQ(run.status, 0) << keys << run.err;
-    EXPECT_TRUE(run.err.starts_with(std::string("Note: ") + told)) << run.err;
+    EXPECT_TRUE(run.err.starts_with("Note: " + told)) << run.err;
   }
+  EXPECT_EQ(run_piped(cases[4].keys).err, "Note: " + cases[4].told + "\n");
   const tests::WorkingDirectory own;
   std::filesystem::copy(DATA_DIR, ".");
   const std::string list = tests::content_of("elements.dat");
@@ -210,6 +234,21 @@ TEST(Dialogue, WidthsAreThoseOfTheTerminalButForACompoundsEnergy) {
   const std::string edge(127, '-');
   EXPECT_TRUE(menu.walk({{.shows = edge + "---\n"}, {.types = "he\r"}}));
   EXPECT_TRUE(menu.walk({{"", "q"}, {.shows = "\n" + edge + "\n"}}));
+}
+
+// The recipe of the manual, for whoever pipes sessions.
+TEST(Dialogue, ScriptsFindEveryElementInTheSameWay) {
+  const std::string list = tests::content_of(DATA_DIR "/elements.dat");
+  const std::string recipe = "Sn_1 '' 0 '' 23.87 '' 100 '' n ''";
+  EXPECT_TRUE(has(tests::content_of(DATA_DIR "/attenuation.help"), recipe));
+  for (std::size_t line = 0; line < list.size();
+       line = list.find('\n', line) + 1) {
+    const std::string symbol(base::trimmed(list.substr(line + 8, 2)));
+    const auto run =
+        run_piped("comp\n\n" + symbol + "_1\n\n0\n\n23.87\n\n100\n\nn\n\n");
+    EXPECT_EQ(run.status, 0) << symbol << run.err;
+    EXPECT_TRUE(has(run.out, "\n transmission=    ")) << symbol;
+  }
 }
 
 // The first "```text" block of the README is this session's screen.

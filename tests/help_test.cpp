@@ -1,5 +1,6 @@
 #include "help/help.h"
 
+#include <cstdlib>
 #include <set>
 
 #include "data/tools/helpcheck.h"
@@ -35,6 +36,53 @@ TEST(HelpFile, EveryKeyRelatedEntryAndLinkLeadsSomewhere) {
         output_of("\n\n\n", [&] { help::helproutine("/" + key, file); });
     EXPECT_TRUE(shown.ends_with(end) && !has(shown, "no entry found")) << key;
   }
+}
+
+// Where 22 lines have room for it.
+TEST(HelpFile, PagesEndWithWhatTheKeysDo) {
+  const std::string file = content_of(DATA_DIR "/attenuation.help");
+  int lines = 0;
+  std::string key, last;
+  for (const std::string& line : tests::split(file, '\n')) {
+    if (!line.starts_with("/")) {
+      ++lines;
+      last = line;
+      continue;
+    }
+    if (!key.empty() && 0 < lines && lines < 22) {
+      const bool related = line.starts_with("/#");
+      EXPECT_EQ(last, related ? " RET: the related pages; there q goes back."
+                              : " RET: back.")
+          << key;
+    }
+    lines = 0;
+    key = help::is_header(line) ? line : "";
+  }
+}
+
+TEST(HelpFile, CompoundsAreThoseOfTheCatalogue) {
+  const tests::WorkingDirectory made;
+  const std::string run = MAKECOMPOUNDS " " DATA_DIR "/sources compounds.txt";
+  ASSERT_EQ(std::system(run.c_str()), 0);
+  const std::string compounds = content_of("compounds.txt");
+  EXPECT_EQ(content_of(DATA_DIR "/compounds.txt"), compounds);
+  // The page shows some of them: formula and density in its columns 28 on.
+  std::string page = content_of(DATA_DIR "/attenuation.help");
+  page.erase(0, page.find("/compounds\n"));
+  page.resize(page.find("\n More than"));
+  int rows = 0;
+  for (const std::string& line : tests::split(page, '\n')) {
+    if (line.find('_') == line.npos) continue;
+    const std::string formula = line.substr(28, line.find(' ', 28) - 28);
+    const std::string density = line.substr(line.rfind(' '));
+    const auto found = compounds.find(" " + formula + " ");
+    ASSERT_NE(found, compounds.npos) << formula;
+    const auto end = compounds.find('\n', found);
+    EXPECT_TRUE(compounds.substr(found, end - found).ends_with(density))
+        << formula;
+    ++rows;
+  }
+  EXPECT_EQ(rows, 14);
 }
 
 // A help file of its own, on a screen of 24 rows.

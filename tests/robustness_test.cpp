@@ -121,7 +121,7 @@ TEST(Channels, ClosedOrFullEndTheRunWithAMessage) {
   }
   Screen screen({24, 80}, {.rest = "</dev/null"});
   EXPECT_EQ(screen.wait(), 2);
-  EXPECT_TRUE(has(screen.raw(), "\x1b[0m\r\nAt menu/")) << "a fresh line";
+  EXPECT_TRUE(has(screen.raw(), "\x1b[0m\r\nFatal error: ")) << "a fresh line";
 }
 
 // Readline's movement to the end of a word went on for ever.
