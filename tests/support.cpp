@@ -4,7 +4,6 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -36,17 +35,6 @@ Words split(const std::string& text, char separator) {
   Words parts;
   for (std::string s; std::getline(in, s, separator);) parts.push_back(s);
   return parts;
-}
-
-std::vector<Words> table(const std::string& text) {
-  std::vector<Words> rows;
-  for (const auto& row : split(text, '|')) rows.push_back(split(row, ','));
-  return rows;
-}
-
-std::string typed(std::string keys) {
-  std::replace(keys.begin(), keys.end(), '/', '\n');
-  return keys;
 }
 
 std::string content_of(const std::string& file) {

@@ -24,11 +24,8 @@ base::FatalEnd fatal_end_of(const std::function<void()>& action);
 testing::AssertionResult has(const std::string& text, std::string_view part);
 
 using Words = std::vector<std::string>;
+// Of what a file or a program holds, its lines or fields.
 Words split(const std::string& text, char separator);
-// Rows between "|", of fields between commas.
-std::vector<Words> table(const std::string& text);
-// Keys, in which "/" stands for RET.
-std::string typed(std::string keys);
 
 std::string content_of(const std::string& file);
 
