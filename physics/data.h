@@ -142,7 +142,8 @@ const Data& builtin();
 
 // Tables, weights and densities from a directory that holds "elements.dat",
 // "attenuation.coefficients" and "dichte.dat" (data/README.md), for the
-// elements that these have; built-in ones for the others.
+// elements that these have; built-in ones for the others, and mu_en/rho for
+// those without any.
 // Throws base::FatalEnd: a file is missing or faulty.
 std::unique_ptr<const Data> read_data(const std::filesystem::path& directory);
 

@@ -93,7 +93,7 @@ enum class Rule {
 };
 
 // Sum of the elements' coefficients by mass (Bragg's additivity rule).
-// Throws OutsideTable.
+// Throws OutsideTable; InputError: the parabola has no rows for an element.
 MassAttenuation mass_attenuation(const Material& material, Energy energy,
                                  Rule rule = Rule::kPchip,
                                  const Data& data = builtin());

@@ -2,12 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <limits>
 #include <string>
 #include <vector>
 
+#include "base/fatal.h"
+#include "base/unit.h"
 #include "physics/curve.h"
 #include "physics/data.h"
+#include "physics/elementlist.h"
+#include "physics/material.h"
+#include "physics/parabola.h"
 #include "tests/support.h"
 
 namespace {
@@ -119,6 +125,109 @@ TEST(Curve, ASegmentOfTwoPointsIsStraight) {
   for (const auto& rows : faulty) {
     EXPECT_THROW(physics::pchip(rows), std::invalid_argument) << rows.size();
   }
+}
+
+// The file of the dialogue, at the block of `element`.
+physics::Block shipped_block(const physics::Element& element) {
+  base::Unit file(1);
+  file.open(DATA_DIR "/attenuation.coefficients");
+  std::string name(element.name);
+  name[0] = static_cast<char>(name[0] - 'a' + 'A');
+  static_cast<void>(physics::find_block<16>(file, name));
+  return physics::read_block(file);
+}
+
+TEST(Parabola, IsTheDialoguesToTheLastBit) {
+  const auto own = physics::read_data(DATA_DIR);
+  for (int z = 1; z <= physics::kListedElements; ++z) {
+    const auto& element = builtin().elements()[static_cast<std::size_t>(z - 1)];
+    const physics::Block shipped = shipped_block(element);
+    const physics::Block rows = builtin().block(z).value();
+    EXPECT_EQ(own->block(z).value().points, rows.points) << z;
+    ASSERT_EQ(rows.points, shipped.points) << z;
+    for (int i = 1; i <= physics::kBlockRows; ++i) {
+      EXPECT_EQ(rows.xi(i), shipped.xi(i)) << z << " row " << i;
+      EXPECT_EQ(rows.yi(i), shipped.yi(i)) << z << " row " << i;
+      EXPECT_EQ(rows.zi(i), shipped.zi(i)) << z << " row " << i;
+    }
+    const auto material = physics::material(element.symbol);
+    for (const float keV : {2.5F, 14.4F, 122.06F, 20000.0F}) {
+      EXPECT_EQ(
+          mass_attenuation(material, {double{keV}}, physics::Rule::kParabola)
+              .cm2_g,
+          double{physics::parabola(shipped, keV)})
+          << z << " at " << keV;
+    }
+  }
+  const auto uranium = physics::material("U");
+  EXPECT_THROW(mass_attenuation(uranium, {14.4}, physics::Rule::kParabola),
+               physics::InputError);
+  const auto lead = physics::material("Pb");
+  for (const double keV : {0.5, 1e6, 1e308, std::nan("")}) {
+    EXPECT_THROW(mass_attenuation(lead, {keV}, physics::Rule::kParabola),
+                 physics::OutsideTable)
+        << keV;
+  }
+}
+
+TEST(OwnData, ReplacesWhatItHas) {
+  const tests::WorkingDirectory directory;
+  std::string elements;
+  for (int z = 1; z <= physics::kListedElements; ++z) {
+    const auto& element = builtin().elements()[static_cast<std::size_t>(z - 1)];
+    std::string record(40, ' ');
+    record.replace(8, element.symbol.size(), element.symbol);
+    record.replace(16, 4, "none");
+    record.replace(29, 6, z == 26 ? "55.999" : "100   ");
+    if (z == 26) record.replace(16, 4, "Iron");
+    elements += record + '\n';
+  }
+  tests::write("elements.dat", elements);
+  const std::string iron =
+      " Iron\n        26\n\n\n\n\n\n\n"
+      "   5.00000E-04  1.000E+04\n"
+      "   1.00000E-03  1.000E+03\n"
+      "K  1.00000E-03  2.000E+03\n"
+      "   2.00000E-03  2.000E+02\n end\n";
+  tests::write("attenuation.coefficients", iron);
+  tests::write("dichte.dat",
+               "Titles\n  26    Iron, 77 K                    7.9 g/cm3\n"
+               "  26    Iron                          7.8 g/cm3\nend\n");
+  const auto own = physics::read_data(".");
+  EXPECT_EQ(own->elements()[25].weight, 55.999);
+  const physics::Table& table = own->table(26);
+  EXPECT_NEAR(mass_attenuation(table, {1}).cm2_g, 2000, 1e-9);
+  EXPECT_NEAR(mass_attenuation_below(table, {1}).cm2_g, 1000, 1e-9);
+  EXPECT_NEAR(mass_attenuation(table, {0.5}).cm2_g, 1e4, 1e-8);
+  EXPECT_THROW(mass_attenuation(table, {2.0001}), physics::OutsideTable);
+  // Without a column of its own, mu_en/rho is the built-in one.
+  EXPECT_EQ(energy_absorption(table, {14.4}).cm2_g, mu_en(26, 14.4));
+  EXPECT_EQ(mass_attenuation(own->table(29), {14.4}).cm2_g, mu(29, 14.4));
+  ASSERT_EQ(own->modifications(26).size(), 2U);
+  EXPECT_EQ(own->modifications(26)[0].temperature, "77 K");
+  EXPECT_EQ(own->modifications(26)[1].temperature, "room");
+  EXPECT_EQ(own->modifications(26)[1].density.g_cm3, 7.8);
+
+  const struct {
+    const char* file;
+    std::string text;
+  } faulty[] = {
+      {"attenuation.coefficients", iron.substr(0, iron.size() - 5)},  // no end
+      {"attenuation.coefficients", " Iron\n\n\n\n\n\n\n\n   1\n end\n"},
+      {"dichte.dat", "  26    Iron\n"},
+      {"elements.dat", elements.substr(41)},
+      {"elements.dat", "x" + elements.substr(1, 8) + "Xx" + elements},
+  };
+  for (const auto& row : faulty) {
+    tests::write("elements.dat", elements);
+    tests::write("attenuation.coefficients", iron);
+    tests::write("dichte.dat", "end\n");
+    EXPECT_NO_THROW(physics::read_data("."));
+    tests::write(row.file, row.text);
+    EXPECT_THROW(physics::read_data("."), base::FatalEnd) << row.text;
+  }
+  std::filesystem::remove("dichte.dat");
+  EXPECT_THROW(physics::read_data("."), base::FatalEnd);
 }
 
 TEST(Catalogue, NamesFindTheirEntry) {
