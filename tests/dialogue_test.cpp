@@ -140,7 +140,7 @@ TEST(Dialogue, FatalEndsTellWhatToDo) {
   } cases[] = {
       {"5 ES\n\ncu\n\n", "unknown element symbol \"cu\": symbols are case-"},
       {"10 c\n\nH2O\n\n1\n\n",
-       "cannot read the formula \"H2O\" at \"H2O\": type H_2O_1\nFatal "
+       "cannot read the formula \"H2O\" at \"H2O\": type H_2O_1 Fatal "
        "error: "},
       {"10 c\n\nxyz\n\n1\n\n", "write symbol, underscore and count"},
       {"10 c\n\nq\n1\n\n", "the question for it was left without an answer"},
@@ -159,8 +159,8 @@ TEST(Dialogue, FatalEndsTellWhatToDo) {
     EXPECT_TRUE(has(unwrapped, "attenuation::dialogue"));  // the backtrace
     EXPECT_LT(unwrapped.find(told), unwrapped.find(" At ")) << "advice first";
   }
-  EXPECT_TRUE(run_piped("2 I\n\n\n\n\n\n")
-                  .err.ends_with("\nEnd of input: the session ends here.\n"));
+  EXPECT_EQ(run_piped("2 I\n\n\n\n\n\n").err,
+            "End of input: the session ends here.\n");
   EXPECT_EQ(run_piped("10 c\n\n" + twelve + "\n\n\n\n\nn\n\n").status, 0);
   const auto run = run_piped("", {.directory = "/dev"});
   EXPECT_TRUE(has(run.err, "Cannot open file 'elements.dat': No such file"));

@@ -345,7 +345,7 @@ TEST(Material, ParabolaAddsUpAsTheDialogueDoes) {
   const double sum = (207.2 * mu("Pb") + 28.014 * mu("N") + 95.994 * mu("O")) /
                      (207.2 + 28.014 + 95.994);
   EXPECT_NEAR(mu("Pb(NO3)2") / sum, 1.0, 1e-6);
-  EXPECT_NEAR(mu("62.5581% Pb // 8.4581% N // O") / sum, 1.0, 1e-5);
+  EXPECT_NEAR(mu("62.5589% Pb // 8.4581% N // O") / sum, 1.0, 1e-5);
   EXPECT_NEAR(mu("D2O") / mu("H2O"), 18.015 / 20.0272, 1e-6);
   EXPECT_THROW(mu("UO2"), physics::InputError);
 }
