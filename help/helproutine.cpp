@@ -254,6 +254,11 @@ class Browser {
       return;
     }
     viewdvi(("$ZOXUHEPATH/dvifiles/" + name + "/" + name + ".dvi &").c_str());
+    if (!can_view()) {
+      base::note("no viewer xdvi or no display for it; to read elsewhere: " +
+                 std::string(cmpa.zoxuhepath.trimmed()) + "/dvifiles/" + name +
+                 "/" + name + ".pdf");
+    }
   }
 
   void show_details(const std::string& name) {

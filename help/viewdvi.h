@@ -11,6 +11,9 @@ namespace help {
 // 143 characters is refused with a message.
 void viewdvi(const char* command);
 
+// Whether there are the viewer and a display for it.
+bool can_view();
+
 }  // namespace help
 
 #endif  // HELP_VIEWDVI_H_
