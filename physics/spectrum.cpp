@@ -31,22 +31,33 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-// Reads a line without its end into `line`; false at the end of the file.
-bool next_line(std::istream& in, std::size_t number, std::string& line) {
-  std::array<char, kMaxLine + 1> buffer{};
-  in.getline(buffer.data(), buffer.size());
-  line.assign(buffer.data());
-  if (in.fail() && !in.eof() && line.size() == kMaxLine) {
-    fail(number, "longer than " + std::to_string(kMaxLine) + " characters",
-         "a spectrum has two columns: keV and photons");
+class Lines {
+ public:
+  explicit Lines(std::istream& in) : in_(in) {}
+
+  // The next line without its end; nothing at the end of the file.
+  std::optional<std::string_view> next() {
+    ++number_;
+    in_.getline(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+    const std::string_view line(buffer_.data());
+    if (in_.fail() && !in_.eof() && line.size() == kMaxLine) {
+      fail(number_, "longer than " + std::to_string(kMaxLine) + " characters",
+           "a spectrum has two columns: keV and photons");
+    }
+    // A code 0 ends what the buffer holds before the line ends.
+    const auto read = static_cast<std::size_t>(in_.gcount());
+    if (read > line.size() + (in_.eof() ? 0 : 1)) fail(number_, "binary data");
+    if (in_.fail() && line.empty()) return {};
+    return line;
   }
-  // A code 0 ends what the array holds before the line ends.
-  const auto read = static_cast<std::size_t>(in.gcount());
-  if (read > line.size() + 1 || (in.eof() && read > line.size())) {
-    fail(number, "binary data");
-  }
-  return !in.fail() || !line.empty();
-}
+
+  std::size_t number() const { return number_; }
+
+ private:
+  std::istream& in_;
+  std::size_t number_ = 0;
+  std::array<char, kMaxLine + 1> buffer_{};
+};
 
 struct Field {
   std::string_view text;
@@ -98,10 +109,11 @@ std::vector<Line> read_spectrum(std::istream& in) {
   std::vector<Line> lines;
   double before = 0.0;
   std::size_t bins = 0;
-  std::string text;
   bool first = true;
-  for (std::size_t n = 1; next_line(in, n, text); ++n) {
-    std::string_view rest = trimmed(text);
+  Lines file(in);
+  while (const std::optional<std::string_view> text = file.next()) {
+    const std::size_t n = file.number();
+    std::string_view rest = trimmed(*text);
     if (n == 1 && rest.substr(0, 3) == "\xEF\xBB\xBF") rest.remove_prefix(3);
     if (rest.empty() || rest[0] == '#') continue;
     const bool heading =

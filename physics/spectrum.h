@@ -16,7 +16,7 @@
 
 namespace physics {
 
-inline constexpr std::size_t kMaxBins = 1'000'000;
+inline constexpr std::size_t kMaxBins = 100'000;
 
 // Reads a line per bin: energy in keV and photons, separated by blanks, a tab,
 // a comma or a semicolon. Energies rise. Further columns, blank lines and those
