@@ -7,10 +7,11 @@
 namespace attenuate {
 namespace {
 
-constexpr std::array<std::string_view, 15> kOptions = {
-    "--tsv",    "--csv",   "--json",    "--jsonl",    "--batch",
-    "--digits", "--mu-en", "--explain", "--strict",   "--rule",
-    "--weight", "--data",  "--help",    "--help-all", "--version"};
+constexpr std::array<std::string_view, 19> kOptions = {
+    "--tsv",      "--csv",   "--json",    "--jsonl",    "--batch",
+    "--digits",   "--mu-en", "--explain", "--strict",   "--rule",
+    "--weight",   "--data",  "--help",    "--help-all", "--version",
+    "--spectrum", "--plot",  "--svg",     "--beside"};
 
 constexpr char kHelp[] =
     R"(attenuate: how much of a photon beam passes, in one line
@@ -30,7 +31,9 @@ energy      keV, eV, MeV; 5,6,7  5:30:0.5  5:30:100log  57Co  Fe:K+50eV
 --tsv --csv --json --jsonl    for programs      --batch FILE   a question a line
 --explain   the sum by hand                     --mu-en        mu_en/rho too
 --digits N  significant digits (6)              --strict       notes are errors
+--plot  --svg FILE  figures            --spectrum FILE  in place of energies
 
+attenuate absorber|xafs|capillary --help              how much of a sample
 attenuate materials|sources|edges|elements [TEXT]     what is known
 attenuate --help-all                                  everything else
 )";
@@ -48,6 +51,11 @@ More options
   --strict             refuse what is answered with a note
   --explain            mass fractions, coefficients, mu and exponent (text only)
   --digits N           1 to 17 significant digits
+  --spectrum FILE      two columns, keV and photons, in place of energies
+  --plot               a figure in the terminal: mu/rho or transmission over the
+                       energy, transmission over the thickness for single ones
+  --svg FILE           the same as a file ("-": standard output)
+  --beside 'Pb 10um'   another material in the figure; again for more
   --version            version of program and tables
 
 Words

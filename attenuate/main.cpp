@@ -12,9 +12,11 @@
 #include "attenuate/answer.h"
 #include "attenuate/batch.h"
 #include "attenuate/complaint.h"
+#include "attenuate/figures.h"
 #include "attenuate/help.h"
 #include "attenuate/options.h"
 #include "attenuate/output.h"
+#include "attenuate/spectrum.h"
 #include "attenuate/subcommands.h"
 #include "attenuate/words.h"
 #include "attenuate/writers.h"
@@ -42,6 +44,11 @@ int refused(const physics::InputError& error, std::string_view typed) {
 int answer_question(const Request& request, Output& output) {
   Question question;
   try {
+    if (request.draws()) {
+      const bool drawn = draw_question(request, question, output);
+      // A figure does without energies, an answer does not.
+      if (drawn || question.beams.empty()) return 0;
+    }
     Reader(*request.settings.data).read(request.words, question);
     const auto writer = writer_for(output, request.settings, Shape::kSingle);
     Answerer(request.settings).answer(question, *writer);
@@ -70,6 +77,14 @@ int answer_request(Arguments arguments, Output& output) {
     output.text(told(request));
     return 0;
   }
+  if (request.batch && (request.draws() || request.spectrum)) {
+    throw physics::InputError("--batch draws nothing and takes no spectrum", 0);
+  }
+  if (!request.beside.empty() && !request.draws()) {
+    throw physics::InputError("--beside adds to a figure", 0,
+                              "with --plot or --svg FILE");
+  }
+  if (request.spectrum) return answer_spectrum(request, output);
   if (!request.batch) return answer_question(request, output);
   if (request.words.empty()) {
     return answer_batch(*request.batch, request.settings, output);

@@ -13,13 +13,16 @@ namespace {
 struct Typed {
   std::string batch;
   std::string data;
+  std::string spectrum;
+  std::string svg;
   std::string rule = "pchip";
   std::string weight = "photons";
   bool tsv = false, csv = false, json = false, json_lines = false;
   bool help = false, help_all = false, version = false;
 };
 
-void declare(CLI::App& app, Typed& typed, Settings& settings) {
+void declare(CLI::App& app, Typed& typed, Request& request) {
+  Settings& settings = request.settings;
   app.set_help_flag();
   // Words are left to themselves: the parser would take [Fe(CN)6] for a list.
   app.allow_extras();
@@ -34,6 +37,10 @@ void declare(CLI::App& app, Typed& typed, Settings& settings) {
   app.add_flag("--strict", settings.strict);
   app.add_option("--batch", typed.batch);
   app.add_option("--data", typed.data);
+  app.add_option("--spectrum", typed.spectrum);
+  app.add_flag("--plot", request.plot);
+  app.add_option("--svg", typed.svg);
+  app.add_option("--beside", request.beside)->allow_extra_args(false);
   app.add_option("--digits", settings.digits)->check(CLI::Range(1, 17));
   app.add_option("--rule", typed.rule)
       ->check(CLI::IsMember({"pchip", "parabola"}));
@@ -87,7 +94,8 @@ std::vector<std::string_view> words_of(
 
 }  // namespace
 
-Request read_options(std::span<const std::string_view> arguments) {
+Request read_options(std::span<const std::string_view> arguments,
+                     std::span<const OwnOption> own) {
   Request request;
   // The plain question does without the time that declaring options takes.
   if (std::none_of(arguments.begin(), arguments.end(), is_option)) {
@@ -96,7 +104,9 @@ Request read_options(std::span<const std::string_view> arguments) {
   }
   CLI::App app;
   Typed typed;
-  declare(app, typed, request.settings);
+  declare(app, typed, request);
+  for (const OwnOption& option : own)
+    app.add_option(option.name, *option.value);
   parse(app, arguments);
   request.words = words_of(arguments, app.remaining());
   request.settings.format = format(typed);
@@ -107,6 +117,12 @@ Request read_options(std::span<const std::string_view> arguments) {
     request.settings.weighting = physics::Weighting::kEnergy;
   }
   if (app.count("--batch") > 0) request.batch = typed.batch;
+  if (app.count("--spectrum") > 0) request.spectrum = typed.spectrum;
+  if (app.count("--svg") > 0) request.svg = typed.svg;
+  if (request.plot && request.settings.format != Format::kText) {
+    throw physics::InputError("--plot stands in place of text", 0,
+                              "--svg FILE draws beside numbers");
+  }
   if (typed.version) request.told = Told::kVersion;
   if (typed.help) request.told = Told::kHelp;
   if (typed.help_all) request.told = Told::kHelpAll;

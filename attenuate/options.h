@@ -23,13 +23,26 @@ struct Request {
   std::vector<std::string_view> words;  // what is no option
   std::optional<std::string> batch;     // file of questions, "-" for input
   Told told = Told::kNothing;           // instead of an answer
+  std::optional<std::string> spectrum;  // file in place of energies, or "-"
+  bool plot = false;                    // a figure in place of text
+  std::optional<std::string> svg;       // file of a figure, or "-"
+  std::vector<std::string> beside;      // questions with the same energies
   // What settings.data points to, where that is not built in.
   std::unique_ptr<const physics::Data> own_data;
+
+  bool draws() const { return plot || svg.has_value(); }
+};
+
+// An option of a subcommand, and where its value goes.
+struct OwnOption {
+  const char* name;  // "--edge"
+  std::string* value;
 };
 
 // `arguments` outlive the request. Throws physics::InputError: an option that
 // is unknown or wrong; base::FatalEnd: data that cannot be read.
-Request read_options(std::span<const std::string_view> arguments);
+Request read_options(std::span<const std::string_view> arguments,
+                     std::span<const OwnOption> own = {});
 
 }  // namespace attenuate
 

@@ -5,11 +5,18 @@
 
 #include "attenuate/completion.h"
 #include "attenuate/lists.h"
+#include "attenuate/planners.h"
 
 namespace attenuate {
 namespace {
 
 constexpr std::array kSubcommands = {
+    Subcommand{"absorber", "MATERIAL", "best thickness for Moessbauer lines",
+               plan_absorber},
+    Subcommand{"xafs", "MATERIAL", "how much powder shows an edge best",
+               plan_xafs},
+    Subcommand{"capillary", "MATERIAL", "mu R of a powder, and what passes",
+               plan_capillary},
     Subcommand{"materials", "[TEXT]", "named materials that contain TEXT",
                list_materials},
     Subcommand{"sources", "[TEXT]", "line sources, and their lines",

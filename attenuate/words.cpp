@@ -272,7 +272,7 @@ void split(std::string_view line, std::vector<Word>& words) {
   }
 }
 
-void check_complete(const Question& question, bool open) {
+void check_complete(const Question& question, bool open, Needs needs) {
   const std::size_t end = question.typed.size();
   if (question.layers.empty()) {
     refuse(question, 0, "no material given",
@@ -280,12 +280,12 @@ void check_complete(const Question& question, bool open) {
            "(18% Cr // 8% Ni // Fe)");
   }
   if (open) refuse(question, end, "no material behind '+'");
-  if (question.beams.empty()) {
+  if (question.beams.empty() && needs == Needs::kAnswer) {
     refuse(question, end, "no energy given",
            "in keV (14.41), a range (5:30:0.5), a source (57Co) or an edge "
            "(Fe:K+50eV)");
   }
-  if (question.layers.size() == 1) return;
+  if (question.layers.size() == 1 || needs == Needs::kLayers) return;
   for (std::size_t i = 0; i < question.layers.size(); ++i) {
     if (question.thicknesses[i].given != Given::kNothing) continue;
     refuse(question, end,
@@ -311,7 +311,8 @@ void clear(Question& question) {
 
 Reader::Reader(const physics::Data& data) : data_(data) {}
 
-void Reader::read(std::span<const std::string_view> words, Question& question) {
+void Reader::read(std::span<const std::string_view> words, Question& question,
+                  Needs needs) {
   clear(question);
   question.typed.clear();
   words_.clear();
@@ -325,16 +326,16 @@ void Reader::read(std::span<const std::string_view> words, Question& question) {
         std::string_view(question.typed).substr(words_[i].at, words[i].size());
   }
   check_length(question);
-  understand(question);
+  understand(question, needs);
 }
 
-void Reader::read_line(std::string_view line, Question& question) {
+void Reader::read_line(std::string_view line, Question& question, Needs needs) {
   clear(question);
   question.typed = line;
   words_.clear();
   check_length(question);
   split(question.typed, words_);
-  understand(question);
+  understand(question, needs);
 }
 
 Reader::Known& Reader::slot(std::string_view text) {
@@ -461,13 +462,13 @@ std::size_t Reader::take(Question& question, std::size_t i) {
   return i;
 }
 
-void Reader::understand(Question& question) {
+void Reader::understand(Question& question, Needs needs) {
   layers_ = 0;
   open_ = true;
   for (std::size_t i = 0; i < words_.size(); ++i) i = take(question, i);
   question.layers.resize(layers_);
   question.thicknesses.resize(layers_);
-  check_complete(question, open_);
+  check_complete(question, open_, needs);
   check_energies(question, data_);
   for (const auto& layer : question.layers) {
     question.notes.insert(question.notes.end(), layer.material.notes.begin(),

@@ -39,6 +39,13 @@ struct Word {
   std::size_t at = 0;
 };
 
+// What makes a question whole.
+enum class Needs {
+  kAnswer,       // energies, and a thickness for each of several layers
+  kThicknesses,  // the latter
+  kLayers,       // a layer
+};
+
 // Reads one question after the other; keeps the materials that it met last,
 // since lists repeat them.
 class Reader {
@@ -50,10 +57,12 @@ class Reader {
   // Reads words as a shell hands them over into `question`, of which nothing
   // is left. Its `typed` is set in any case. Throws physics::InputError with
   // the column in it.
-  void read(std::span<const std::string_view> words, Question& question);
+  void read(std::span<const std::string_view> words, Question& question,
+            Needs needs = Needs::kAnswer);
 
   // Reads a line of a list, in which '...' and "..." keep a word together.
-  void read_line(std::string_view line, Question& question);
+  void read_line(std::string_view line, Question& question,
+                 Needs needs = Needs::kAnswer);
 
   // The same for a material alone.
   const physics::Material& material(std::string_view text);
@@ -65,7 +74,7 @@ class Reader {
   };
 
   Known& slot(std::string_view text);
-  void understand(Question& question);
+  void understand(Question& question, Needs needs);
   std::size_t take(Question& question, std::size_t i);
   std::size_t last_of_material(std::size_t first) const;
   std::size_t add_layer(Question& question, std::size_t first);
