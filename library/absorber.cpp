@@ -29,9 +29,12 @@ const physics::Transition& transition(std::string_view isotope) {
                 all);
 }
 
-// Throws Failure unless low < value <= high.
-void require_in(double value, double low, double high, const char* message) {
-  require(value > low && value <= high, ATTENUATE_ARGUMENT, message);
+// Smaller shares have a best thickness too, but squares of them underflow to a
+// merit of 0 everywhere.
+constexpr double kLeastShare = 1e-6;
+
+void require_share(double value, const char* message) {
+  require(value >= kLeastShare && value <= 1, ATTENUATE_ARGUMENT, message);
 }
 
 }  // namespace
@@ -49,12 +52,13 @@ attenuate_status attenuate_best_absorber(const attenuate_material* material,
     const auto& known = material_of(material).material;
     auto& result = receiver(absorber);
     const auto& nuclear = transition(text_of(isotope));
-    require_in(recoil_free, 0, 1, "a recoil-free fraction is above 0, up to 1");
-    require_in(line, 0, 1, "the share of a line is above 0, up to 1");
+    require_share(recoil_free, "a recoil-free fraction is 1e-6 to 1");
+    require_share(line, "the share of a line is 1e-6 to 1");
     require(background >= 0, ATTENUATE_ARGUMENT,
             "a background is 0 or more counts for one of the line");
-    require(enriched >= 0 && enriched <= 100, ATTENUATE_ARGUMENT,
-            "an enrichment is at most 100 percent, or 0 for none");
+    require(enriched == 0 || (enriched >= 100 * kLeastShare && enriched <= 100),
+            ATTENUATE_ARGUMENT,
+            "an enrichment is 0.0001 to 100 percent, or 0 for none");
     std::optional<double> share;
     if (enriched > 0) share = enriched;
     try {

@@ -242,11 +242,12 @@ typedef struct attenuate_absorber {
 /* How thick an absorber measures a line in the shortest time.
  *
  * isotope      "57Fe"
- * recoil_free  fraction f of the absorber, above 0 and at most 1
- * enriched     percent of the element's atoms that are the isotope; 0 for what
- *              the formula says (^57Fe), or the natural abundance
- * line         share of the absorption that is in the line: 1 for a single
- *              line, 1/4 for the outermost of a sextet
+ * recoil_free  fraction f of the absorber, 1e-6 to 1
+ * enriched     percent of the element's atoms that are the isotope, 1e-4 to
+ *              100; 0 for what the formula says (^57Fe), or the natural
+ *              abundance
+ * line         share of the absorption that is in the line, 1e-6 to 1: 1 for a
+ *              single line, 1/4 for the outermost of a sextet
  * background   counts in the window that are not the line, per count of the
  *              line, without absorber; 0 or more
  *

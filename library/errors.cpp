@@ -51,8 +51,4 @@ attenuate_status report_exception(attenuate_error* error) noexcept {
   }
 }
 
-void require(bool good, attenuate_status status, const char* message) {
-  if (!good) throw Failure(status, message);
-}
-
 }  // namespace library

@@ -58,7 +58,9 @@ attenuate_status guarded(attenuate_error* error, Action action) noexcept {
 void copy_text(const char* text, char* to, std::size_t size) noexcept;
 
 // Throws Failure.
-void require(bool good, attenuate_status status, const char* message);
+inline void require(bool good, attenuate_status status, const char* message) {
+  if (!good) throw Failure(status, message);
+}
 
 }  // namespace library
 

@@ -67,12 +67,15 @@ ArrayCurve::ArrayCurve(const Curve& curve) {
 }
 
 INLINE const ArrayCurve::Row& ArrayCurve::row(double keV) const {
-  std::size_t i = cells_.data()[cell(keV)];
+  // Pointers, since a range check of each would cost as much as the look-up.
+  const std::uint8_t* const cells = cells_.data();
   const double* const ends = ends_.data();
+  const Row* const rows = rows_.data();
+  std::size_t i = cells[cell(keV)];
   // Added, since a jump at random costs more; the loop hardly ever runs.
   i += keV >= ends[i] ? 1 : 0;
   while (keV >= ends[i]) [[unlikely]]++ i;
-  return rows_.data()[i];
+  return rows[i];
 }
 
 // What processors take at once. A cubic's numbers lie in a row; columns()
@@ -251,7 +254,7 @@ struct Kernel {
       return energy >= first && energy <= last;
     };
     std::optional<Outside> outside;
-    Buffer energies, logs, terms, sums;
+    Buffer energies{}, logs{}, terms{}, sums{};
     for (std::size_t start = 0; start < keV.size(); start += kBlock) {
       const double* const from = keV.data() + start;
       double* const to = values.data() + start;

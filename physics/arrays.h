@@ -83,8 +83,8 @@ class CurveSum {
 
  private:
   struct Term {
-    const Curve* of;
-    double weight;
+    const Curve* of = nullptr;
+    double weight = 0.0;
     ArrayCurve curve;
   };
   template <typename Vector>

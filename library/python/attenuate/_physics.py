@@ -500,7 +500,7 @@ def absorber(material: MaterialLike, isotope: str = "57Fe", *, f: float,
 
     Args:
         material: that holds the isotope.
-        f: recoil-free fraction of the absorber, above 0 and at most 1.
+        f: recoil-free fraction of the absorber, 1e-6 to 1.
         enriched: percent of the element's atoms that are the isotope; without
             it what the formula says (^57Fe), or the natural abundance.
         line: share of the absorption that is in the line: 1 for a single one,
