@@ -156,8 +156,10 @@ TEST(LineEditor, DoesNotDivideByZeroOnTwoColumns) {
 }
 
 TEST(Input, WithoutEndIsRefused) {
-  const auto menu = run_piped(std::string(2 << 20, '\0'));
-  EXPECT_TRUE(has(menu.err, "Endless line on standard input"));
+  const tests::WorkingDirectory data(DATA_DIR);
+  EXPECT_CAUSE(
+      tests::output_of(std::string(2 << 20, '\0'), attenuation::dialogue),
+      "Endless line on standard input");
 }
 
 // What a session on the files here shows; nothing where it ends fatally.
