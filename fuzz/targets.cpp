@@ -105,8 +105,7 @@ int byte(std::string_view input, std::size_t i) {
 
 // Whatever is typed ends as a composition within its bounds.
 [[maybe_unused]] void formula(std::string_view input) {
-  static const physics::ElementList elements =
-      attenuation::read_element_list();
+  static const physics::ElementList elements = attenuation::read_element_list();
   run("", [&] {
     int j = 0;
     attenuation::PerComponent indx{"indx"}, mult{"mult"};

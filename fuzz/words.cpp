@@ -1,5 +1,7 @@
 // Lines of a list: whatever is in them is answered or refused.
 
+#include "attenuate/words.h"
+
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -7,7 +9,6 @@
 
 #include "attenuate/answer.h"
 #include "attenuate/complaint.h"
-#include "attenuate/words.h"
 
 namespace {
 
