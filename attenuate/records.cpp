@@ -28,7 +28,7 @@ void write_text_line(std::string line, bool whole, Output& output) {
   if (!whole && width_of(line) > kWidth) {
     std::size_t end = kWidth - 3;
     while ((static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) --end;
-    line = line.substr(0, end) + "...";
+    line.replace(end, line.npos, "...");
   }
   output.text(line + "\n");
 }

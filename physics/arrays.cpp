@@ -26,13 +26,14 @@ constexpr std::array<double, 8> kLog = {2.0 / kLn2,
                                         1.479819860511658591e-01 / kLn2};
 
 // Taylor's series of 2^r.
-constexpr std::array<double, 12> kPower = [] {
+constexpr std::array<double, 12> power_terms() {
   std::array<double, 12> terms{1.0};
   for (std::size_t n = 1; n < terms.size(); ++n) {
     terms[n] = terms[n - 1] * kLn2 / static_cast<double>(n);
   }
   return terms;
-}();
+}
+constexpr std::array<double, 12> kPower = power_terms();
 
 constexpr int kFraction = 52;  // bits of a double behind its exponent
 

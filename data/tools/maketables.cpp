@@ -115,13 +115,6 @@ double keV_of(const std::string& MeV) {
 // The file that is written.
 class Output {
  public:
-  Output() {
-    text_ =
-        "// Written by maketables from data/sources.\n\n"
-        "#include \"physics/constants.h\"\n\n"
-        "namespace physics::constants {\n";
-  }
-
   // Begins a list of its own, that entries are added to.
   void begin(const std::string& type, const std::string& name) {
     text_ += "\nnamespace {\nconstexpr " + type + " " + name + "_[] = {\n";
@@ -166,7 +159,10 @@ class Output {
   }
 
  private:
-  std::string text_;
+  std::string text_ =
+      "// Written by maketables from data/sources.\n\n"
+      "#include \"physics/constants.h\"\n\n"
+      "namespace physics::constants {\n";
 };
 
 using Entries = std::vector<std::string>;
