@@ -37,7 +37,7 @@ class Grid {
   Cell* at(int column, int row) {
     if (column < 0 || column >= columns_ || row < 0 || row >= rows_)
       return nullptr;
-    return &cells_[static_cast<std::size_t>(row * columns_ + column)];
+    return &cells_[index(column, row)];
   }
 
   void write(int column, int row, const std::string& text) {
@@ -68,8 +68,7 @@ class Grid {
       std::size_t end = 0;  // behind the last cell that is not blank
       std::optional<std::size_t> now;
       for (int column = 0; column < columns_; ++column) {
-        const Cell& cell =
-            cells_[static_cast<std::size_t>(row * columns_ + column)];
+        const Cell& cell = cells_[index(column, row)];
         const bool blank = cell.text.empty() && cell.dots == 0;
         if (colour && !blank && cell.series != now) {
           line += cell.series
@@ -90,6 +89,11 @@ class Grid {
   }
 
  private:
+  std::size_t index(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+           static_cast<std::size_t>(column);
+  }
+
   // The character U+2800 + `pattern` in UTF-8.
   static std::string dots(unsigned pattern) {
     return {'\xE2', static_cast<char>(0xA0U | pattern >> 6U),

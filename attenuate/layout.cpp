@@ -62,8 +62,11 @@ std::vector<Tick> linear_ticks(const Scale& scale, int most) {
   const double step = round_step((scale.high - scale.low) / most);
   const int exponent = static_cast<int>(std::floor(std::log10(step) + kSlack));
   const double first = std::ceil(scale.low / step - kSlack);
-  for (double i = first; i * step <= scale.high + kSlack * step; i += 1.0)
-    result.push_back({i * step, tick_label(i * step, exponent)});
+  const double last = std::floor(scale.high / step + kSlack);
+  for (int i = 0; i <= static_cast<int>(last - first); ++i) {
+    const double value = (first + i) * step;
+    result.push_back({value, tick_label(value, exponent)});
+  }
   return result;
 }
 

@@ -41,6 +41,7 @@ void write_banner() {
 // The chosen sample; asks until there is one.
 const Sample& asked_sample() {
   std::vector<menu::Entry> entries;
+  entries.reserve(kCatalogue.size());
   for (const Sample& sample : kCatalogue) {
     entries.push_back({sample.text, sample.help_key});
   }

@@ -624,7 +624,7 @@ class Reader {
     constexpr double kTolerance = 0.1;
     double sum = 0.0;
     Share* rest = nullptr;
-    const Share* last = &shares[0];
+    const Share* last = shares.data();
     for (Share& share : shares) {
       sum += share.value;
       if (share.kind != Kind::kNone) last = &share;
