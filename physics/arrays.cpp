@@ -37,8 +37,8 @@ constexpr std::array<double, 12> kPower = power_terms();
 
 constexpr int kFraction = 52;  // bits of a double behind its exponent
 
-// A cell has 1 + kCellBits first bits of the fraction in common: 64 to an
-// octave, so that few hold more than one end of a row.
+// Energies of a cell share the exponent and the first bits of the fraction: 64
+// cells an octave, so that few hold more than one end of a row.
 constexpr int kCellBits = 6;
 constexpr double kLeastEnergy = 1.0;
 
