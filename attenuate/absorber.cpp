@@ -208,15 +208,15 @@ std::vector<double> told_energies(const physics::Transition& transition) {
 struct Answer {
   const Question& question;
   const Settings& settings;
-  std::size_t sample;
+  std::size_t sample = 0;
   physics::Transition transition;
   Pattern pattern;
   RecoilFree f;
   physics::Resonance resonance;
   physics::Absorber absorber;
   physics::BestThickness best;
-  double background;
-  double others;  // transmission of the other layers at the line
+  double background = 0.0;
+  double others = 1.0;  // transmission of the other layers at the line
   std::optional<physics::Length> disc;
 
   double x(physics::AreaMass d) const { return absorber.mu_rho * d; }

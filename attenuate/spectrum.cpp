@@ -178,7 +178,7 @@ Figure figure(const Answer& answer) {
     if (figure.y.logarithmic) {
       // Bins without a part in it would stretch the axis without end.
       const double foot = 1e-4 * std::max(most_behind, 1e-8 * most);
-      for (Series* const series : {&figure.series[0], &behind}) {
+      for (Series* const series : {figure.series.data(), &behind}) {
         for (Point& point : series->points)
           if (point.y < foot) point.y = 0.0;
       }

@@ -91,12 +91,12 @@ std::vector<double> around(const physics::Edge& edge,
 struct Answer {
   const Question& question;
   const Settings& settings;
-  std::size_t sample;
+  std::size_t sample = 0;
   const physics::Edge& edge;
   physics::EdgeStep step;
   std::optional<Diluent> diluent;
   physics::MassAttenuation mu_diluent;
-  double mux;
+  double mux = 0.0;
   physics::XafsSample plan;
   std::optional<physics::Length> disc;
 
