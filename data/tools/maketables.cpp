@@ -238,7 +238,7 @@ class Curves {
   std::string add(const std::vector<physics::CurvePoint>& points) {
     const std::vector<physics::Cubic> pieces = physics::pchip(points);
     const std::vector<std::uint8_t> grid = physics::grid_of(pieces);
-    const std::string curve =
+    std::string curve =
         "Curve(" +
         Output::span(name_ + "_piece", pieces_.size(), pieces.size()) + ", " +
         Output::span(name_ + "_grid", grid_.size(), grid.size()) + ")";
