@@ -161,7 +161,10 @@ class TextWriter : public AnswerWriter {
     cells_.clear();
     if (source) cells_.insert(cells_.end(), {&kLine, &kEnergy, &kWeight});
     if (!source) cells_.push_back(&kEnergy);
-    if (single) cells_.insert(cells_.end(), {&kMuRho, &kU});
+    // The lines of a source and a thickness leave no room for it.
+    if (single && !(source && question.unknown)) {
+      cells_.insert(cells_.end(), {&kMuRho, &kU});
+    }
     if (single && settings_.energy_absorption) cells_.push_back(&kMuEn);
     if (!question.has_thickness()) {
       choose_depths(question, source);
@@ -191,7 +194,8 @@ class TextWriter : public AnswerWriter {
   void choose_transmission(const Question& question, bool source) {
     const std::size_t layers = question.layers.size();
     if (layers == 1) {
-      if (question.layers[0].material.density && !source) {
+      if (question.layers[0].material.density && !source &&
+          !settings_.energy_absorption) {
         cells_.push_back(&kMu);
       }
     } else if (layers <= kShownLayers) {

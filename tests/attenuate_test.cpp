@@ -219,6 +219,29 @@ TEST(Attenuate, ShowsTheInputWithACaretAndNothingElse) {
   EXPECT_EQ(ran.status, 2);
 }
 
+TEST(Attenuate, TextFitsAScreenOfEightyColumns) {
+  const char* const questions[] = {"Fe 25um 57Co",
+                                   "Fe T=.3 57Co",
+                                   "Fe 14",
+                                   "Fe 25um 14 --mu-en",
+                                   "Pb 661.7 --mu-en",
+                                   "Fe mux=2 14 --mu-en",
+                                   "Fe 1um 57Co --mu-en",
+                                   "water 1mm + Fe T=.5 57Co",
+                                   "Fe2O3@5.24 1um 14",
+                                   "Fe 57Co",
+                                   "Fe 1um + Ni 1um 57Co,5",
+                                   "Fe 1um + Ni 1um 14"};
+  for (const std::string question : questions) {
+    const Ran ran = shell("attenuate " + question);
+    EXPECT_EQ(ran.status, 0) << question;
+    for (const auto& line : tests::split(ran.out, '\n')) {
+      if (line.starts_with("note: ")) continue;
+      EXPECT_LE(line.size(), 80U) << question << "\n" << line;
+    }
+  }
+}
+
 TEST(Attenuate, NotesWhatCouldSurprise) {
   const struct {
     const char* question;
