@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/fatal.h"
 #include "physics/errors.h"
 
 namespace attenuate {
@@ -92,6 +93,17 @@ std::vector<std::string_view> words_of(
   return words;
 }
 
+std::unique_ptr<const physics::Data> read_own_data(
+    const std::string& directory) {
+  try {
+    return physics::read_data(directory);
+  } catch (const base::FatalEnd& end) {
+    throw physics::InputError(
+        "the data of '" + directory + "' cannot be used: " + end.cause(), 0,
+        end.advice());
+  }
+}
+
 }  // namespace
 
 Request read_options(std::span<const std::string_view> arguments,
@@ -127,7 +139,8 @@ Request read_options(std::span<const std::string_view> arguments,
   if (typed.help) request.told = Told::kHelp;
   if (typed.help_all) request.told = Told::kHelpAll;
   if (app.count("--data") > 0) {
-    throw physics::InputError("--data waits for its reader", 0);
+    request.own_data = read_own_data(typed.data);
+    request.settings.data = request.own_data.get();
   }
   return request;
 }

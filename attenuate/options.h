@@ -40,7 +40,7 @@ struct OwnOption {
 };
 
 // `arguments` outlive the request. Throws physics::InputError: an option that
-// is unknown or wrong; base::FatalEnd: data that cannot be read.
+// is unknown or wrong; data that cannot be read.
 Request read_options(std::span<const std::string_view> arguments,
                      std::span<const OwnOption> own = {});
 

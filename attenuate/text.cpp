@@ -188,7 +188,8 @@ class TextWriter : public AnswerWriter {
     if (layer.material.density) cells_.push_back(&kThickness);
     cells_.push_back(&kAreaMass);
     if (!source) cells_.push_back(&kUThickness);
-    cells_.push_back(&kTransmission);
+    // Known from the question, where room is short.
+    if (!settings_.energy_absorption) cells_.push_back(&kTransmission);
   }
 
   void choose_transmission(const Question& question, bool source) {
@@ -198,12 +199,15 @@ class TextWriter : public AnswerWriter {
           !settings_.energy_absorption) {
         cells_.push_back(&kMu);
       }
-    } else if (layers <= kShownLayers) {
+    } else if (layers <= kShownLayers && !source) {
       for (std::size_t i = 0; i < layers; ++i) cells_.push_back(&kLayers[i]);
     }
-    if (!source) cells_.push_back(&kMuX);
+    if (!source || layers > 1) cells_.push_back(&kMuX);
     cells_.push_back(&kTransmission);
-    cells_.push_back(&kUTransmission);
+    // The lines of a source and mu_en/rho leave no room for it.
+    if (!source || !settings_.energy_absorption) {
+      cells_.push_back(&kUTransmission);
+    }
   }
 
   template <typename Text>

@@ -274,9 +274,9 @@ TEST(Attenuate, NotesWhatCouldSurprise) {
 }
 
 TEST(Attenuate, EveryFormatHasTheSameNumbers) {
-  const std::string questions[] = {"kapton 50um + air 10cm + Fe 25um 5:30:5",
-                                   "Fe T=0.3 14.41 --mu-en",
-                                   "CuSO4.5H2O 50mg/cm2 241Am", "Pb 1,661.7"};
+  const std::string questions[] = {
+      "kapton 50um + air 10cm + Fe 25um 5:30:5", "Fe T=0.3 14.41 --mu-en",
+      "CuSO4.5H2O 50mg/cm2 241Am", "Pb 2,661.7 --rule parabola"};
   for (const auto& question : questions) {
     const std::string ask = "attenuate " + question + " ";
     const auto json = nlohmann::ordered_json::parse(shell(ask + "--json").out);
@@ -437,7 +437,7 @@ TEST(Attenuate, EndsHonestlyWhateverComes) {
       {"attenuate --frobnicate Fe 14", 2, "there is no option --frobnicate"},
       {"attenuate --tsv --csv Fe 14", 2, "error: "},
       {"attenuate --digits 99 Fe 14", 2, "error: "},
-      {"attenuate --data /no/such Fe 14", 2, ""},
+      {"attenuate --data /no/such Fe 14", 2, "the data of '/no/such'"},
       {"attenuate completion tcsh", 2, "bash, zsh or fish"},
       {"attenuate sources 57Fo", 2, "did you mean 57Co"},
       {"attenuate Fe 1um + Fe 1m + Fe T=.5 14", 2, "error: "},
