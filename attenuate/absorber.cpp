@@ -336,8 +336,13 @@ Report report(const Answer& answer) {
   if (given.given != Given::kNothing) {
     const physics::AreaMass own = answer.question.layers[answer.sample].d;
     facts.push_back(value("given_mg_cm2", "", mg(own), "mg/cm2"));
-    facts.push_back(value("time_at_given", "time at " + given.typed,
-                          answer.time(own), "of the best"));
+    Fact time = value("time_at_given", "time at " + given.typed,
+                      answer.time(own), "of the best");
+    if (!std::isfinite(answer.time(own))) {
+      time.value = {};
+      time.shown = "without end: nothing passes";
+    }
+    facts.push_back(std::move(time));
   }
   add_physics(answer, facts);
   add_transmissions(answer, facts);

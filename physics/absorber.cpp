@@ -1,5 +1,6 @@
 #include "physics/absorber.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -137,10 +138,17 @@ Resonance resonance(const Material& material, const Transition& transition,
 
 double merit(const Absorber& absorber, AreaMass d) {
   const double x = absorber.mu_rho * d;
-  const double eps = resonant_absorption(absorber.t_per_g_cm2 * d.g_cm2);
+  // The square of a tiny eps would be 0 at every thickness.
+  const double eps = resonant_absorption(absorber.t_per_g_cm2 * d.g_cm2) /
+                     std::min(absorber.t_per_g_cm2, 1.0);
   // 1/(1 + b), so that an infinite background is a number like any other.
   const double line = 1.0 / (1.0 + absorber.background);
-  return eps * eps * std::exp(-2.0 * x) / (line * std::exp(-x) + (1.0 - line));
+  const double others = 1.0 - line;
+  // Without others nothing is left to divide by behind a thick absorber.
+  const double passed = others > 0.0
+                            ? std::exp(-x) / (line + others * std::exp(x))
+                            : std::exp(-x);
+  return eps * eps * passed;
 }
 
 BestThickness best_thickness(const Absorber& absorber, double margin) {

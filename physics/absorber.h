@@ -56,8 +56,10 @@ struct Absorber {
   double background = 0.0;
 };
 
-// Q (1 + b) = eps^2 exp(-2 x) (1 + b) / (exp(-x) + b): the counting time for a
-// given relative error of the depth goes as 1/Q.
+// Q = eps^2 exp(-2 x) / (exp(-x) + b), times a factor of the absorber that
+// keeps it a number for hardly any resonant nuclei and for an infinite
+// background. The counting time for a given relative error of the depth goes as
+// 1/Q.
 double merit(const Absorber& absorber, AreaMass d);
 
 struct BestThickness {

@@ -64,6 +64,10 @@ TEST(Absorber, ThinLinesHaveTheirBestMuxByBackgroundAlone) {
         physics::best_thickness({{50.0}, 1e-6, c.background}).best;
     EXPECT_NEAR(50.0 * best.g_cm2, c.x, 0.005) << c.background;
   }
+  // Hardly any nuclei, and so much material that nothing passes.
+  const physics::Absorber poor{{50.0}, 1e-200, 0.0};
+  EXPECT_NEAR(50.0 * physics::best_thickness(poor).best.g_cm2, 2.0, 1e-6);
+  EXPECT_EQ(physics::merit(poor, {100.0}), 0.0);
   // A line that saturates at once: eps is 1 - 1/sqrt(pi t), so that the best x
   // is (pi t/x)^(-1/3).
   const auto best = physics::best_thickness({{50.0}, 50e9, 0.0}).best;
