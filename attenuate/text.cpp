@@ -44,11 +44,14 @@ std::string depth(const Row& row, double exponents, int digits) {
   return length_in_words(exponents / row.mu->per_cm);
 }
 
-const Cells kLine{"line", "", 16,
+// The longest name of a line, and a blank.
+const Cells kLine{"line", "", 17,
                   [](const Row& r, int) { return std::string(line_name(r)); }};
-const Cells kEnergy{"energy", "keV", 10, [](const Row& r, int) {
-                      return r.energy ? number(r.energy->keV, 8) : "";
-                    }};
+std::string energy_cell(const Row& row, int /*digits*/) {
+  return row.energy ? number(row.energy->keV, 8) : "";
+}
+const Cells kEnergy{"energy", "keV", 10, energy_cell};
+const Cells kLineEnergy{"energy", "keV", 9, energy_cell};
 const Cells kWeight{"weight", "", 8, [](const Row& r, int) {
                       return r.line != nullptr ? number(r.weight, 4) : "";
                     }};
@@ -159,7 +162,7 @@ class TextWriter : public AnswerWriter {
         std::any_of(question.beams.begin(), question.beams.end(),
                     [](const Beam& b) { return b.source != nullptr; });
     cells_.clear();
-    if (source) cells_.insert(cells_.end(), {&kLine, &kEnergy, &kWeight});
+    if (source) cells_.insert(cells_.end(), {&kLine, &kLineEnergy, &kWeight});
     if (!source) cells_.push_back(&kEnergy);
     // The lines of a source and a thickness leave no room for it.
     if (single && !(source && question.unknown)) {
