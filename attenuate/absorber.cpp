@@ -235,7 +235,7 @@ struct Answer {
 double mg(physics::AreaMass d) { return 1e3 * d.g_cm2; }
 
 std::string range(double from, double to, const std::string& unit) {
-  return number(from, 3) + " to " + number(to, 3) + " " + unit;
+  return rounded(from, 3) + " to " + rounded(to, 3) + " " + unit;
 }
 
 void add_best(const Answer& answer, std::vector<Fact>& facts) {
@@ -247,8 +247,8 @@ void add_best(const Answer& answer, std::vector<Fact>& facts) {
                           1e4 * (best.best / *answer.material().density).cm,
                           "um"));
     facts[facts.size() - 2].shown =
-        number(mg(best.best), 4) +
-        " mg/cm2 = " + number(std::get<double>(facts.back().value), 4) + " um";
+        rounded(mg(best.best), 4) +
+        " mg/cm2 = " + rounded(std::get<double>(facts.back().value), 4) + " um";
   }
   if (answer.disc) {
     facts.push_back(value("best_mg_on_disc",
@@ -265,8 +265,8 @@ void add_best(const Answer& answer, std::vector<Fact>& facts) {
   facts.push_back(
       value("rule_from_mg_cm2", "rule 1/mu to 2/mu", mg(one), "mg/cm2"));
   facts.back().shown = range(mg(one), mg(two), "mg/cm2") + ", time " +
-                       number(answer.time(one), 3) + " to " +
-                       number(answer.time(two), 3) + " of the best";
+                       rounded(answer.time(one), 3) + " to " +
+                       rounded(answer.time(two), 3) + " of the best";
   facts.push_back(value("rule_to_mg_cm2", "", mg(two), "mg/cm2"));
   facts.push_back(value("time_at_rule_from", "", answer.time(one), ""));
   facts.push_back(value("time_at_rule_to", "", answer.time(two), ""));
@@ -361,7 +361,7 @@ Report report(const Answer& answer) {
   const double x = answer.x(answer.best.best);
   const double t = answer.t(answer.best.best);
   const std::string left =
-      number(100.0 * physics::resonant_absorption(t) / (t / 2.0), 2);
+      rounded(100.0 * physics::resonant_absorption(t) / (t / 2.0), 2);
   report.remarks.push_back(
       "The rule 1/mu to 2/mu weighs the photons alone. The line saturates too: "
       "at the best thickness " +
@@ -396,7 +396,7 @@ Figure figure(const Answer& answer) {
   }
   figure.series = {std::move(q), std::move(passed)};
   figure.marks.push_back(
-      {mg(answer.best.best), "", "best " + number(mg(answer.best.best), 3)});
+      {mg(answer.best.best), "", "best " + rounded(mg(answer.best.best), 3)});
   if (given) {
     figure.marks.push_back(
         {mg(own), "", answer.question.thicknesses[answer.sample].typed});

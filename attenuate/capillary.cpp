@@ -92,7 +92,7 @@ void add_advice(double largest, const Answer& answer, Report& report) {
     return;
   }
   report.remarks.push_back(
-      "mu R of " + number(largest, 3) +
+      "mu R of " + rounded(largest, 3) +
       " is above 1: what scatters inside hardly comes out, and intensities at "
       "small angles suffer most. " +
       number(20.0 * radius / largest, 3) +
@@ -100,7 +100,7 @@ void add_advice(double largest, const Answer& answer, Report& report) {
       "powder "
       "mixed with something light, helps too.");
   if (largest > 2.5) {
-    report.notes.push_back("mu R of " + number(largest, 3) +
+    report.notes.push_back("mu R of " + rounded(largest, 3) +
                            ": corrections for absorption are no longer safe");
   }
 }

@@ -1,6 +1,7 @@
 #include "attenuate/report.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string_view>
@@ -50,7 +51,7 @@ std::string shown(const Fact& fact) {
   if (!fact.shown.empty()) return fact.shown;
   std::string text = "not known";
   if (const auto* value = std::get_if<double>(&fact.value)) {
-    text = number(*value, kTextDigits);
+    text = rounded(*value, kTextDigits);
   } else if (const auto* word = std::get_if<std::string>(&fact.value)) {
     text = *word;
   }
@@ -226,6 +227,13 @@ void write_json_lines(const Report& report, const Settings& settings,
 }
 
 }  // namespace
+
+std::string rounded(double value, int digits) {
+  const double size = std::abs(value);
+  return size >= std::pow(10.0, digits) && size < 1e12
+             ? number(std::round(value), 12)
+             : number(value, digits);
+}
 
 void write_report(const Report& report, const Settings& settings,
                   Output& output) {

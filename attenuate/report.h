@@ -40,6 +40,10 @@ struct Report {
   std::vector<std::vector<std::optional<double>>> rows;
 };
 
+// `digits` significant digits, but all of those in front of the point: "19932"
+// reads better than "1.993e+04".
+std::string rounded(double value, int digits);
+
 // In the format of `settings`; text at most 80 columns wide.
 void write_report(const Report& report, const Settings& settings,
                   Output& output);

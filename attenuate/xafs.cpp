@@ -116,17 +116,17 @@ void add_mass(const Answer& answer, const std::string& key,
               const std::string& label, double g_cm2, const std::string& then,
               std::vector<Fact>& facts) {
   Fact fact = value(key + "_mg_cm2", label, 1e3 * g_cm2, "mg/cm2");
-  fact.shown = number(1e3 * g_cm2, 4) + " mg/cm2";
+  fact.shown = rounded(1e3 * g_cm2, 4) + " mg/cm2";
   std::vector<Fact> more;
   if (answer.disc) {
     const double mass = 1e3 * g_cm2 * disc_area(*answer.disc);
     more.push_back(value(key + "_mg_on_disc", "", mass, "mg"));
     fact.shown +=
-        " = " + number(mass, 4) + " mg on " + length_in_words(answer.disc->cm);
+        " = " + rounded(mass, 4) + " mg on " + length_in_words(answer.disc->cm);
     if (answer.diluent) {
       more.push_back(
           value(key + "_diluent_mg_on_disc", "", mass * answer.ratio(), "mg"));
-      fact.shown += " with " + number(mass * answer.ratio(), 4) + " mg of " +
+      fact.shown += " with " + rounded(mass * answer.ratio(), 4) + " mg of " +
                     answer.diluent->material.typed;
     }
   }
@@ -204,7 +204,7 @@ Figure figure(const Answer& answer) {
   const double d = answer.best();
   const auto& material = answer.question.layers[answer.sample].material;
   figure.title =
-      material.read + ", " + number(1e3 * d, 3) + " mg/cm²" +
+      material.read + ", " + rounded(1e3 * d, 3) + " mg/cm²" +
       (answer.diluent ? " in " + answer.diluent->material.typed : "") +
       ", at the " + answer.edge_name() + " edge";
   figure.x = {"energy", "keV"};
