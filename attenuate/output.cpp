@@ -46,4 +46,15 @@ void Output::flush() {
   used_ = 0;
 }
 
+std::string field(const std::string& text, char separator) {
+  const char* const several = separator == ',' ? ",\"" : "\t";
+  if (text.find_first_of(several) == text.npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
 }  // namespace attenuate

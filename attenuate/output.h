@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "attenuate/number.h"
@@ -45,6 +46,10 @@ class Output {
   // Not cleared: a short answer touches only the pages that it needs.
   std::unique_ptr<char[]> buffer_{new char[kSize]};
 };
+
+// `text` as a field between separators: in quotes where it could be taken for
+// several.
+std::string field(const std::string& text, char separator);
 
 }  // namespace attenuate
 

@@ -71,18 +71,6 @@ void write_text(const Records& records, bool details, Output& output) {
   }
 }
 
-std::string field(const std::string& text, char separator) {
-  if (separator == '\t' || text.find_first_of(",\"") == std::string::npos) {
-    return text;
-  }
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + "\"";
-}
-
 void write_separated(const Records& records, char separator, Output& output) {
   const std::string between(1, separator);
   for (std::size_t i = 0; i < records.columns.size(); ++i) {

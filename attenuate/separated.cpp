@@ -28,8 +28,8 @@ class SeparatedWriter : public AnswerWriter {
     if (first_) write_head(question);
     first_ = false;
     if (batch_) {
-      material_ = field(materials_read(question));
-      notes_ = field(joined(question.notes));
+      material_ = field(materials_read(question), separator_);
+      notes_ = field(joined(question.notes), separator_);
     }
   }
 
@@ -48,7 +48,7 @@ class SeparatedWriter : public AnswerWriter {
     }
     output_.text(source_name(row));
     output_.character(separator_);
-    output_.text(field(std::string(line_name(row))));
+    output_.text(field(std::string(line_name(row)), separator_));
     if (batch_) {
       output_.character(separator_);
       output_.text(notes_);
@@ -59,20 +59,6 @@ class SeparatedWriter : public AnswerWriter {
   void end() override {}
 
  private:
-  // Quoted where it could be taken for several fields.
-  std::string field(std::string text) const {
-    if (text.find_first_of(separator_ == ',' ? ",\"" : "\t") ==
-        std::string::npos) {
-      return text;
-    }
-    std::string quoted = "\"";
-    for (const char c : text) {
-      if (c == '"') quoted += '"';
-      quoted += c;
-    }
-    return quoted + "\"";
-  }
-
   static std::string joined(const std::vector<std::string>& notes) {
     std::string text;
     for (const auto& note : notes) {
