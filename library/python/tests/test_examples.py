@@ -16,8 +16,7 @@ EXAMPLES = TOP / "docs" / "examples"
 def run(*words: object, **environment: str) -> str:
     return subprocess.run(
         [str(word) for word in words], env={**os.environ, **environment},
-        stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-        check=True).stdout
+        stdout=subprocess.PIPE, text=True, check=True).stdout
 
 
 def test_radiograph_survives_the_end_of_a_worker(tmp_path: pathlib.Path) -> None:
