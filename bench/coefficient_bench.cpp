@@ -6,9 +6,11 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <random>
 #include <vector>
 
+#include "physics/arrays.h"
 #include "physics/layers.h"
 #include "physics/material.h"
 #include "physics/table.h"
@@ -55,6 +57,23 @@ void compound(benchmark::State& state) {
   run(state, [&](double e) { return mass_attenuation(mica, {e}).cm2_g; });
 }
 
+// All energies at once; the time is that of one.
+void arrays(benchmark::State& state, const char* text) {
+  physics::CurveSum curves;
+  curves.add(physics::material(text), 1.0);
+  const std::vector<double>& list = energies();
+  std::vector<double> values(list.size());
+  while (state.KeepRunningBatch(static_cast<std::int64_t>(list.size()))) {
+    curves.evaluate(list, values);
+    benchmark::DoNotOptimize(values.data());
+    benchmark::ClobberMemory();
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void element_in_arrays(benchmark::State& state) { arrays(state, "Fe"); }
+void compound_in_arrays(benchmark::State& state) { arrays(state, kMica); }
+
 void uncertainty_of_compound(benchmark::State& state) {
   const physics::Material mica = physics::material(kMica);
   run(state, [&](double e) { return relative_uncertainty(mica, {e}); });
@@ -73,6 +92,8 @@ void thickness_for_57Co(benchmark::State& state) {
 
 BENCHMARK(element);
 BENCHMARK(compound);
+BENCHMARK(element_in_arrays);
+BENCHMARK(compound_in_arrays);
 BENCHMARK(uncertainty_of_compound);
 BENCHMARK(thickness_for_57Co);
 

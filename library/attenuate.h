@@ -20,8 +20,8 @@
  * subscript of the first. Nothing is allocated. n may be 0.
  *
  * Values of an array are the same bits on every machine, however long the array
- * is. They may differ by 1e-12, relative, from what the commands print, which
- * take logarithms from the C library. */
+ * is and however many threads there are. They differ by less than 1e-13,
+ * relative, from those of the command, which computes one at a time. */
 
 #ifndef ATTENUATE_H_
 #define ATTENUATE_H_

@@ -18,12 +18,12 @@ namespace {
 template <typename Member>
 MassAttenuation sum(const Material& material, Energy energy, Member curve,
                     const Data& data) {
-  const double ln_keV = std::log(energy.keV);
+  const double log2_keV = binary_log(energy.keV);
   double sum = 0.0;
   for (const Constituent& constituent : material.constituents) {
     const Table& table = data.table(constituent.z);
     sum += constituent.weight *
-           std::exp(holding(table.*curve, table.z, energy).at(energy, ln_keV));
+           holding(table.*curve, table.z, energy).at(energy, log2_keV);
   }
   return {sum};
 }

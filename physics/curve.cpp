@@ -1,5 +1,6 @@
 #include "physics/curve.h"
 
+#include <cmath>
 #include <limits>
 #include <stdexcept>
 
@@ -22,7 +23,7 @@ double inner_slope(double h0, double h1, double m0, double m1) {
   return (w0 + w1) / (w0 / m0 + w1 / m1);
 }
 
-// Slopes in ln y over ln E at the points of one segment.
+// Slopes in log2 y over log2 E at the points of one segment.
 std::vector<double> slopes(const std::vector<double>& x,
                            const std::vector<double>& y) {
   const std::size_t last = x.size() - 1;
@@ -47,16 +48,16 @@ void append_segment(std::span<const CurvePoint> points,
   std::vector<double> x;
   std::vector<double> y;
   for (const CurvePoint& point : points) {
-    x.push_back(std::log(point.keV));
-    y.push_back(std::log(point.y));
+    x.push_back(binary_log(point.keV));
+    y.push_back(binary_log(point.y));
   }
   const std::vector<double> slope = slopes(x, y);
   for (std::size_t i = 0; i + 1 < x.size(); ++i) {
     const double h = x[i + 1] - x[i];
     const double m = (y[i + 1] - y[i]) / h;
-    pieces.push_back({points[i].keV, x[i], y[i], slope[i],
-                      (3 * m - 2 * slope[i] - slope[i + 1]) / h,
-                      (slope[i] + slope[i + 1] - 2 * m) / (h * h)});
+    pieces.push_back({y[i], slope[i], (3 * m - 2 * slope[i] - slope[i + 1]) / h,
+                      (slope[i] + slope[i + 1] - 2 * m) / (h * h), x[i],
+                      points[i].keV});
   }
 }
 
@@ -65,7 +66,8 @@ void require(bool good, const char* message) {
 }
 
 bool positive(double value) {
-  return value > 0 && value <= std::numeric_limits<double>::max();
+  return value >= std::numeric_limits<double>::min() &&
+         value <= std::numeric_limits<double>::max();
 }
 
 }  // namespace
@@ -86,8 +88,9 @@ std::vector<Cubic> pchip(std::span<const CurvePoint> points) {
     begin = i + 1;
   }
   const CurvePoint& last = points.back();
-  pieces.push_back({last.keV, std::log(last.keV), std::log(last.y), 0, 0, 0});
-  pieces.push_back({std::numeric_limits<double>::max(), 0, 0, 0, 0, 0});
+  pieces.push_back(
+      {binary_log(last.y), 0, 0, 0, binary_log(last.keV), last.keV});
+  pieces.push_back({0, 0, 0, 0, 0, std::numeric_limits<double>::max()});
   require(pieces.size() <= 256, "more than 256 intervals");
   return pieces;
 }
@@ -104,12 +107,18 @@ std::vector<std::uint8_t> grid_of(std::span<const Cubic> pieces) {
   return grid;
 }
 
-double Curve::ln_straight(Energy e) const {
+double Curve::below(Energy e) const {
+  const Cubic* p = piece(e);
+  if (p->keV == e.keV && p != pieces_.data()) --p;
+  return binary_power(p->log2(binary_log(e.keV)));
+}
+
+double Curve::straight(Energy e) const {
   const Cubic& p = *piece(e);
-  if (e == last()) return p.a;
+  if (e == last()) return binary_power(p.a);
   const double width = (&p)[1].x - p.x;
-  const double rise = value(p, (&p)[1].x) - p.a;
-  return p.a + (std::log(e.keV) - p.x) * rise / width;
+  const double rise = p.log2((&p)[1].x) - p.a;
+  return binary_power(p.a + (binary_log(e.keV) - p.x) * rise / width);
 }
 
 }  // namespace physics

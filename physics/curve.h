@@ -1,26 +1,31 @@
-// A quantity over the energy, ready to be evaluated: one cubic in ln E for
-// ln y in each interval between two rows, and a grid that finds the interval.
+// A quantity over the energy, ready to be evaluated: one cubic in log2 E for
+// log2 y in each interval between two rows, and a grid that finds the interval.
 
 #ifndef PHYSICS_CURVE_H_
 #define PHYSICS_CURVE_H_
 
 #include <bit>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "physics/binary.h"
 #include "physics/quantities.h"
 
 namespace physics {
 
-// ln y = a + t (b + t (c + t d)) with t = ln E - x, from `keV` to that of the
-// next piece.
+// log2 y = a + t (b + t (c + t d)) with t = log2 E - x, from `keV` to that of
+// the next piece.
 struct Cubic {
-  double keV;
-  double x;  // ln keV
   double a, b, c, d;
+  double x;  // log2 keV
+  double keV;
+
+  double log2(double log2_keV) const {
+    const double t = log2_keV - x;
+    return a + t * (b + t * (c + t * d));
+  }
 };
 
 class Curve {
@@ -30,32 +35,36 @@ class Curve {
   // Both must outlive the curve.
   constexpr Curve(std::span<const Cubic> pieces,
                   std::span<const std::uint8_t> grid)
-      : pieces_(pieces), grid_(grid), first_cell_(cell(pieces.front().keV)) {}
+      : pieces_(pieces),
+        grid_(grid),
+        first_cell_(cell(pieces.front().keV)),
+        first_(pieces.front().keV),
+        last_(pieces[pieces.size() - 2].keV) {}
 
-  constexpr Energy first() const { return {pieces_.front().keV}; }
-  constexpr Energy last() const { return {pieces_[pieces_.size() - 2].keV}; }
+  constexpr Energy first() const { return {first_}; }
+  constexpr Energy last() const { return {last_}; }
   // Not NaN.
-  constexpr bool holds(Energy e) const { return first() <= e && e <= last(); }
+  constexpr bool holds(Energy e) const {
+    return first_ <= e.keV && e.keV <= last_;
+  }
 
   // The last one is the mere point of the last energy.
   constexpr std::span<const Cubic> pieces() const {
     return pieces_.first(pieces_.size() - 1);
   }
 
-  // ln y at an energy that the curve holds, which is not checked again; on an
-  // edge the upper side.
-  double ln(Energy e) const { return at(e, std::log(e.keV)); }
-  double at(Energy e, double ln_keV) const { return value(*piece(e), ln_keV); }
-
-  // The same on the lower side of an edge.
-  double ln_below(Energy e) const {
-    const Cubic* p = piece(e);
-    if (p->keV == e.keV && p != pieces_.data()) --p;
-    return value(*p, std::log(e.keV));
+  // y at an energy that the curve holds, which is not checked again; on an edge
+  // the upper side.
+  double operator()(Energy e) const { return at(e, binary_log(e.keV)); }
+  double at(Energy e, double log2_keV) const {
+    return binary_power(piece(e)->log2(log2_keV));
   }
 
-  // The straight line in ln y over ln E through the rows on both sides.
-  double ln_straight(Energy e) const;
+  // The same on the lower side of an edge.
+  double below(Energy e) const;
+
+  // The straight line in log2 y over log2 E through the rows on both sides.
+  double straight(Energy e) const;
 
   // Cells of the grid: equal exponent and equal first bits of the mantissa.
   static constexpr std::uint64_t cell(double keV) {
@@ -65,26 +74,27 @@ class Curve {
  private:
   static constexpr int kMantissaBits = 4;
 
-  static double value(const Cubic& p, double ln_keV) {
-    const double t = ln_keV - p.x;
-    return p.a + t * (p.b + t * (p.c + t * p.d));
-  }
-
   // The piece that begins at `e` or last before it. The first two steps are
-  // taken without a jump, which for random energies nobody could predict; more
-  // are needed only where edges lie close together. The guard behind the last
-  // piece ends the search.
+  // added, since a jump at random costs more; further ones are needed only
+  // where edges lie close together. The guard behind the last piece ends the
+  // search.
   const Cubic* piece(Energy e) const {
-    const Cubic* p = pieces_.data() + grid_.data()[cell(e.keV) - first_cell_];
-    p += p[1].keV <= e.keV ? 1 : 0;
-    p += p[1].keV <= e.keV ? 1 : 0;
-    while (p[1].keV <= e.keV) ++p;
-    return p;
+    const auto energy = std::bit_cast<std::uint64_t>(e.keV);
+    const Cubic* const pieces = pieces_.data();
+    std::size_t i = grid_.data()[cell(e.keV) - first_cell_];
+    const auto ended = [&] {
+      return energy >= std::bit_cast<std::uint64_t>(pieces[i + 1].keV);
+    };
+    i += ended() ? 1 : 0;
+    i += ended() ? 1 : 0;
+    while (ended()) [[unlikely]]++ i;
+    return pieces + i;
   }
 
   std::span<const Cubic> pieces_;
   std::span<const std::uint8_t> grid_;
   std::uint64_t first_cell_;
+  double first_, last_;  // keV
 };
 
 // What the monotone cubic goes through.

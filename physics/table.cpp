@@ -9,20 +9,20 @@ void throw_outside(const Curve& curve, int z, Energy energy) {
 }
 
 MassAttenuation mass_attenuation(const Table& table, Energy energy) {
-  return {std::exp(holding(table.total, table.z, energy).ln(energy))};
+  return {holding(table.total, table.z, energy)(energy)};
 }
 
 MassAttenuation mass_attenuation_below(const Table& table, Energy energy) {
-  return {std::exp(holding(table.total, table.z, energy).ln_below(energy))};
+  return {holding(table.total, table.z, energy).below(energy)};
 }
 
 MassAttenuation energy_absorption(const Table& table, Energy energy) {
-  return {std::exp(holding(table.absorption, table.z, energy).ln(energy))};
+  return {holding(table.absorption, table.z, energy)(energy)};
 }
 
 double interpolation_uncertainty(const Table& table, Energy energy) {
   const Curve& curve = holding(table.total, table.z, energy);
-  return std::abs(std::expm1(curve.ln_straight(energy) - curve.ln(energy))) / 2;
+  return std::abs(curve.straight(energy) / curve(energy) - 1) / 2;
 }
 
 Energy first_energy(const Table& table) { return table.total.first(); }

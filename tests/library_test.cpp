@@ -55,6 +55,30 @@ TEST(Arrays, AgreeWithSingleValues) {
   }
 }
 
+TEST(Arrays, EveryProcessorGivesTheSameBits) {
+  auto keV = energies(1000);
+  keV[7] = kNan;
+  physics::CurveSum sum;
+  sum.add(physics::material("18% Cr // 8% Ni // U"), 0.3);
+  for (const auto form : {physics::Form::kSum, physics::Form::kTransmission}) {
+    std::vector<double> two(keV.size()), more(keV.size());
+    ASSERT_EQ(sum.evaluate(keV, two, form, 1.5, 2)->subscript, 7u);
+    for (std::size_t lanes = 4; lanes <= physics::CurveSum::most_lanes();
+         lanes *= 2) {
+      ASSERT_EQ(sum.evaluate(keV, more, form, 1.5, lanes)->subscript, 7u);
+      EXPECT_EQ(std::memcmp(two.data(), more.data(), 8 * two.size()), 0)
+          << lanes;
+    }
+  }
+}
+
+TEST(Arrays, NothingInTheBeamPassesAll) {
+  const physics::CurveSum nothing;
+  std::vector<double> values{1.0, 14.4, 20000.0};
+  EXPECT_FALSE(nothing.evaluate(values, values, physics::Form::kTransmission));
+  EXPECT_EQ(values, (std::vector<double>{1.0, 1.0, 1.0}));
+}
+
 TEST(Arrays, TransmissionHoldsForEveryExponent) {
   const auto material = physics::material("Fe");
   const std::vector<double> keV{14.4};

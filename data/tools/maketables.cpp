@@ -244,7 +244,7 @@ class Curves {
         Output::span(name_ + "_grid", grid_.size(), grid.size()) + ")";
     for (const physics::Cubic& p : pieces) {
       pieces_.push_back(joined(
-          {hex(p.keV), hex(p.x), hex(p.a), hex(p.b), hex(p.c), hex(p.d)}));
+          {hex(p.a), hex(p.b), hex(p.c), hex(p.d), hex(p.x), hex(p.keV)}));
     }
     grid_.insert(grid_.end(), grid.begin(), grid.end());
     return curve;
