@@ -140,12 +140,20 @@ def compute(image, arguments, result):
     return seconds, memory
 
 
+def count(text):
+    """A number from 1 on, for argparse; no worker would wait for ever."""
+    number = int(text)
+    if number < 1:
+        raise ValueError
+    return number
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--pixels", type=int, default=2000, help="a side")
-    parser.add_argument("--energies", type=int, default=200)
-    parser.add_argument("--chunk", type=int, default=250, help="pixels a side")
-    parser.add_argument("--workers", type=int, default=2)
+    parser.add_argument("--pixels", type=count, default=2000, help="a side")
+    parser.add_argument("--energies", type=count, default=200)
+    parser.add_argument("--chunk", type=count, default=250, help="pixels a side")
+    parser.add_argument("--workers", type=count, default=2)
     parser.add_argument("--scheduler", help="address of a running cluster")
     parser.add_argument("--end-a-worker", action="store_true",
                         help="kill one on the way")
