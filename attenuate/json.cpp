@@ -148,7 +148,8 @@ class JsonWriter : public RowWriter {
       json["layers"].push_back(layer(question, i, settings()));
     }
     json["wanted_transmission"] =
-        question.unknown ? rounded(question.wanted, settings()) : Json();
+        question.unknown ? rounded(question.wanted.transmission(), settings())
+                         : Json();
     json["notes"] = question.notes;
     return json;
   }

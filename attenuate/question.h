@@ -49,7 +49,7 @@ struct Question {
   std::vector<physics::Layer> layers;  // areal mass 0 where none was given
   std::vector<Thickness> thicknesses;  // as many as layers
   std::optional<std::size_t> unknown;  // the layer whose thickness is wanted
-  double wanted = 0.0;                 // its transmission of the whole
+  physics::Wanted wanted;              // of the whole
   std::vector<Beam> beams;
   std::vector<std::string> notes;  // readings that could surprise
 

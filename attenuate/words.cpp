@@ -147,8 +147,8 @@ Kind kind_of(std::string_view word) {
   return names_energies(word) ? Kind::kEnergies : Kind::kMaterial;
 }
 
-// The transmission that "T=0.3", "T=30%" or "mux=2" want.
-double wanted(std::string_view word) {
+// "T=0.3", "T=30%" or "mux=2".
+physics::Wanted wanted(std::string_view word) {
   const std::size_t begin = word.find('=') + 1;
   const bool exponent = word[0] == 'm';
   const auto number = leading_number(word.substr(begin));
@@ -159,13 +159,13 @@ double wanted(std::string_view word) {
                      exponent ? "mux=2" : "T=0.3 or T=30%");
   }
   if (exponent) {
-    if (1e-6 <= number->value && number->value <= 700) {
-      return std::exp(-number->value);
+    if (number->value > 0 && number->value <= 700) {
+      return {number->value, physics::Wanted::As::kMuX};
     }
-    throw InputError("mux must be from 0.000001 to 700", column);
+    throw InputError("mux must be above 0 and at most 700", column);
   }
   const double value = percent ? number->value / 100 : number->value;
-  if (1e-300 <= value && value < 1) return value;
+  if (1e-300 <= value && value < 1) return {value};
   throw InputError("a transmission lies between 0 and 1", column,
                    "T=0.3 or T=30%");
 }

@@ -86,7 +86,7 @@ void thickness_for_57Co(benchmark::State& state) {
     lines.push_back({line.energy, line.intensity});
   }
   for (auto _ : state) {
-    benchmark::DoNotOptimize(thickness_for({&layer, 1}, 0, 0.3, lines));
+    benchmark::DoNotOptimize(thickness_for({&layer, 1}, 0, {0.3}, lines));
   }
 }
 

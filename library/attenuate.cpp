@@ -356,7 +356,7 @@ attenuate_status attenuate_thickness(const attenuate_stack* stack, size_t layer,
     std::vector<physics::Line> lines;
     for (size_t i = 0; i < n; ++i) lines.push_back({{keV[i]}, beam.weight(i)});
     try {
-      result = physics::thickness_for(known.layers, layer, wanted, lines,
+      result = physics::thickness_for(known.layers, layer, {wanted}, lines,
                                       weighting == ATTENUATE_BY_ENERGY
                                           ? physics::Weighting::kEnergy
                                           : physics::Weighting::kPhotons)

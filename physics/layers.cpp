@@ -13,9 +13,11 @@ namespace {
 // A line behind the known layers, as the unknown one sees it: per unit of the
 // whole beam it transmits share * exp(-before - mu_rho d).
 struct Ray {
-  double ln_share;  // of the beam
-  double before;    // the exponent of the known layers
-  double mu_rho;    // of the unknown one
+  double share;   // of the beam
+  double before;  // the exponent of the known layers
+  double mu_rho;  // of the unknown one
+
+  double mu_x(double d) const { return before + mu_rho * d; }
 };
 
 double weight_of(const Line& line, Weighting weighting) {
@@ -31,14 +33,29 @@ double weight_of(const Line& line, Weighting weighting) {
 // Relative rounding of sums that should be equal, with a good margin.
 constexpr double kRounding = 1e-12;
 
-// excess  of ln T of the known layers over what is wanted of all
-void require_possible(double excess, double ln_wanted) {
-  if (excess >= -kRounding) return;
-  throw InputError("the other layers alone transmit " +
-                       short_number(std::exp(ln_wanted + excess)) +
-                       ", less than the " + short_number(std::exp(ln_wanted)) +
-                       " wanted",
-                   0);
+void require_sense(Wanted wanted) {
+  if (wanted.as == Wanted::As::kMuX) {
+    if (wanted.value >= 0.0 && !std::isinf(wanted.value)) return;
+    throw InputError("mu x is a number from 0 on", 0);
+  }
+  if (wanted.value > 0.0 && wanted.value <= 1.0) return;
+  throw InputError("a transmission is above 0 and at most 1", 0);
+}
+
+// before  the exponent of the known layers
+void require_possible(double before, Wanted wanted) {
+  const bool as_mu_x = wanted.as == Wanted::As::kMuX;
+  // A typed T is rounded itself.
+  const double rounding = kRounding * wanted.mu_x() + (as_mu_x ? 0.0 : 1e-15);
+  if (before <= wanted.mu_x() + rounding) return;
+  throw InputError(
+      as_mu_x
+          ? "the other layers alone have a mu x of " + short_number(before) +
+                ", more than the " + short_number(wanted.value) + " wanted"
+          : "the other layers alone transmit " +
+                short_number(std::exp(-before)) + ", less than the " +
+                short_number(wanted.value) + " wanted",
+      0);
 }
 
 // Weights divided by the largest, so that their sum is a number.
@@ -56,29 +73,33 @@ std::vector<double> shares(std::span<const Line> lines, Weighting weighting) {
   return weights;
 }
 
-// ln of the transmission of all rays with `d` of the unknown layer. Added up
+// -ln T of all rays with `d` of the unknown layer. Thick ones are added up
 // relative to the largest, so that nothing is lost where exp(-mu x) would be 0.
-double ln_transmission(std::span<const Ray> rays, double d) {
-  double most = -std::numeric_limits<double>::infinity();
+double mu_x_of(std::span<const Ray> rays, double d) {
+  double least = std::numeric_limits<double>::infinity();
+  double most = 0.0;
   for (const Ray& ray : rays) {
-    most = std::max(most, ray.ln_share - ray.before - ray.mu_rho * d);
+    least = std::min(least, ray.mu_x(d));
+    most = std::max(most, ray.mu_x(d));
   }
-  if (std::isinf(most)) return most;
   double sum = 0.0;
-  for (const Ray& ray : rays) {
-    sum += std::exp(ray.ln_share - ray.before - ray.mu_rho * d - most);
+  if (most < 0.5) {
+    for (const Ray& ray : rays) sum += ray.share * std::expm1(-ray.mu_x(d));
+    return -std::log1p(sum);
   }
-  return most + std::log(sum);
+  if (std::isinf(least)) return least;
+  for (const Ray& ray : rays) {
+    sum += ray.share * std::exp(least - ray.mu_x(d));
+  }
+  return least - std::log(sum);
 }
 
-// Where the transmission falls to `ln_wanted`, which it does between d = low
-// and d = high.
-double root(std::span<const Ray> rays, double ln_wanted, double low,
-            double high) {
+// Where -ln T rises to `mu_x`, which it does between d = low and d = high.
+double root(std::span<const Ray> rays, double mu_x, double low, double high) {
   for (;;) {
     const double middle = low + (high - low) / 2;
     if (middle <= low || middle >= high) return high;
-    (ln_transmission(rays, middle) > ln_wanted ? low : high) = middle;
+    (mu_x_of(rays, middle) < mu_x ? low : high) = middle;
   }
 }
 
@@ -124,31 +145,18 @@ double transmission(std::span<const Layer> layers, std::span<const Line> lines,
   return std::min(sum, 1.0);
 }
 
-AreaMass thickness_for_mu_x(std::span<const Layer> layers, std::size_t unknown,
-                            double wanted, Energy energy, Rule rule,
-                            const Data& data) {
-  if (!(wanted >= 0.0) || std::isinf(wanted)) {
-    throw InputError("mu x is a number from 0 on", 0);
-  }
-  const double left =
-      wanted - mu_x_without(layers, unknown, energy, rule, data);
-  if (left < -kRounding * wanted) {
-    throw InputError("the other layers alone have a mu x of " +
-                         short_number(wanted - left) + ", more than the " +
-                         short_number(wanted) + " wanted",
-                     0);
-  }
-  return {std::max(left, 0.0) /
-          mass_attenuation(layers[unknown].material, energy, rule, data).cm2_g};
+double Wanted::mu_x() const {
+  return as == As::kMuX ? value : -std::log(value);
+}
+
+double Wanted::transmission() const {
+  return as == As::kMuX ? std::exp(-value) : value;
 }
 
 AreaMass thickness_for(std::span<const Layer> layers, std::size_t unknown,
-                       double wanted, std::span<const Line> lines,
+                       Wanted wanted, std::span<const Line> lines,
                        Weighting weighting, Rule rule, const Data& data) {
-  if (!(wanted > 0.0 && wanted <= 1.0)) {
-    throw InputError("a transmission is above 0 and at most 1", 0);
-  }
-  const double ln_wanted = std::log(wanted);
+  require_sense(wanted);
   const std::vector<double> share = shares(lines, weighting);
   const Material& material = layers[unknown].material;
   std::vector<Ray> rays;
@@ -157,25 +165,21 @@ AreaMass thickness_for(std::span<const Layer> layers, std::size_t unknown,
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (share[i] <= 0.0) continue;
     const Energy energy = lines[i].energy;
-    rays.push_back({std::log(share[i]),
-                    mu_x_without(layers, unknown, energy, rule, data),
+    rays.push_back({share[i], mu_x_without(layers, unknown, energy, rule, data),
                     mass_attenuation(material, energy, rule, data).cm2_g});
     least = std::min(least, rays.back().mu_rho);
     most = std::max(most, rays.back().mu_rho);
   }
-  if (rays.size() == 1) {
-    const double left = -ln_wanted - rays[0].before;
-    require_possible(left, ln_wanted);
-    return {std::max(left, 0.0) / rays[0].mu_rho};
-  }
-  const double excess = ln_transmission(rays, 0.0) - ln_wanted;
-  require_possible(excess, ln_wanted);
-  if (excess <= 0.0) return {0.0};
-  // ln T falls at least by the smallest mu/rho and at most by the largest for
+  const double before = rays.size() == 1 ? rays[0].before : mu_x_of(rays, 0.0);
+  require_possible(before, wanted);
+  const double left = wanted.mu_x() - before;
+  if (left <= 0.0) return {0.0};
+  if (rays.size() == 1) return {left / rays[0].mu_rho};
+  // -ln T rises at least by the smallest mu/rho and at most by the largest for
   // each g/cm2: that brackets the root, but for the rounding of both sides.
-  const double low = excess / most * (1 - kRounding);
-  const double high = excess / least * (1 + kRounding);
-  return {root(rays, ln_wanted, low, high)};
+  const double low = left / most * (1 - kRounding);
+  const double high = left / least * (1 + kRounding);
+  return {root(rays, wanted.mu_x(), low, high)};
 }
 
 }  // namespace physics

@@ -46,27 +46,30 @@ double transmission(std::span<const Layer> layers, std::span<const Line> lines,
                     Weighting weighting = Weighting::kPhotons,
                     Rule rule = Rule::kPchip, const Data& data = builtin());
 
+// How much is to pass: a transmission T, or the mu x that stands for it, -ln T,
+// which keeps its digits where T is almost 1.
+struct Wanted {
+  enum class As { kTransmission, kMuX };
+  double value = 1.0;
+  As as = As::kTransmission;
+
+  double mu_x() const;
+  double transmission() const;
+};
+
 // The areal mass of layer `unknown` (0 to layers.size() - 1, whose own is not
-// read) with which the whole transmits `wanted` of the lines. One line has a
+// read) with which the whole lets `wanted` of the lines through. One line has a
 // closed answer; for several ln T falls with the thickness at least by the
 // smallest and at most by the largest mu/rho of the lines, which brackets the
 // root, and bisection goes on until neighbouring doubles. So the search can
 // neither miss nor stop early.
-// Throws InputError: `wanted` is not above 0 and at most 1, the other layers
-// alone transmit less, weights as above; OutsideTable.
+// Throws InputError: a transmission that is not above 0 and at most 1, a mu x
+// that is no number from 0 on, the other layers alone let less through, weights
+// as above; OutsideTable.
 AreaMass thickness_for(std::span<const Layer> layers, std::size_t unknown,
-                       double wanted, std::span<const Line> lines,
+                       Wanted wanted, std::span<const Line> lines,
                        Weighting weighting = Weighting::kPhotons,
                        Rule rule = Rule::kPchip, const Data& data = builtin());
-
-// The same for a wanted mu x of the whole at one energy: exact also where the
-// transmission is 0 or 1 to the last digit.
-// Throws InputError: `wanted` is no number from 0 on, or the other layers alone
-// have more; OutsideTable.
-AreaMass thickness_for_mu_x(std::span<const Layer> layers, std::size_t unknown,
-                            double wanted, Energy energy,
-                            Rule rule = Rule::kPchip,
-                            const Data& data = builtin());
 
 }  // namespace physics
 

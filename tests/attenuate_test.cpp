@@ -179,7 +179,7 @@ TEST(Attenuate, RefusesWithPlaceAndHint) {
       {"Fe 30mg/3kg 14", 10, "'kg' is no unit of area", "mm2, cm2 or m2"},
       {"Fe T=1.5 14", 6, "a transmission lies between 0 and 1",
        "T=0.3 or T=30%"},
-      {"Fe mux=0 14", 8, "mux must be from 0.000001 to 700", ""},
+      {"Fe mux=0 14", 8, "mux must be above 0 and at most 700", ""},
       {"Fe T=.1 + Ni T=.1 14", 14, "only one layer can be asked for",
        "a thickness for the other"},
       {"Fe 1um 5,,6", 10, "an energy is missing here", ""},

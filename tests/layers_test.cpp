@@ -16,6 +16,7 @@ using physics::Energy;
 using physics::Layer;
 using physics::Line;
 using physics::material;
+using physics::Wanted;
 using physics::Weighting;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -58,19 +59,19 @@ TEST(Layers, ThicknessForAWantedTransmission) {
       {1e-200, 2059.5686885171617},
   };
   for (const auto& row : rows) {
-    const double d = thickness_for(layers, 0, row.wanted, kCobalt).g_cm2;
+    const double d = thickness_for(layers, 0, {row.wanted}, kCobalt).g_cm2;
     EXPECT_NEAR(d / row.thickness, 1, 1e-12) << row.wanted;
   }
   const auto foil = std::span(layers).first(1);
   const auto one = std::span(kCobalt).subspan(1, 1);
   const double fe = mass_attenuation(layers[0].material, {14.41295}).cm2_g;
-  EXPECT_NEAR(thickness_for(foil, 0, 0.3, one).g_cm2, -std::log(0.3) / fe,
+  EXPECT_NEAR(thickness_for(foil, 0, {0.3}, one).g_cm2, -std::log(0.3) / fe,
               1e-15);
   // From nothing to the smallest number; what is asked for comes out.
   for (const double wanted : {1.0, 1 - 1e-15, 0.999, 1e-5, 5e-324}) {
     for (const auto lines : {std::span(kCobalt), one}) {
       auto solved = iron_behind_aluminium(0, 0);
-      solved[0].d = thickness_for(foil, 0, wanted, lines);
+      solved[0].d = thickness_for(foil, 0, {wanted}, lines);
       EXPECT_GE(solved[0].d.g_cm2, 0) << wanted;
       const double ln_t = std::log(transmission(solved, lines));
       EXPECT_NEAR(ln_t, std::log(wanted), 1e-12 - 1e-12 * std::log(wanted));
@@ -78,29 +79,40 @@ TEST(Layers, ThicknessForAWantedTransmission) {
   }
 }
 
+// Areal mass of the first of `layers` for a mu x of the whole.
+double for_mu_x(const std::vector<Layer>& layers, double wanted,
+                std::span<const Line> lines) {
+  return thickness_for(layers, 0, {wanted, Wanted::As::kMuX}, lines).g_cm2;
+}
+
 TEST(Layers, ThicknessForAWantedExponent) {
   const auto layers = iron_behind_aluminium(kNaN, 0.2);
+  const std::vector<Line> one{{{14.41}}}, two{{{14.41}, 3.0}, {{122.06}, 1.0}};
   const double fe = mass_attenuation(layers[0].material, {14.41}).cm2_g;
   const double al = mass_attenuation(layers[1].material, {14.41}).cm2_g;
   for (const double wanted : {2.0, 1e4}) {
-    EXPECT_NEAR(thickness_for_mu_x(layers, 0, wanted, {14.41}).g_cm2 * fe,
-                wanted - 0.2 * al, 1e-10);
+    EXPECT_NEAR(for_mu_x(layers, wanted, one) * fe, wanted - 0.2 * al, 1e-10);
   }
-  const auto foil = std::span(layers).first(1);
-  EXPECT_DOUBLE_EQ(thickness_for_mu_x(foil, 0, 1e-12, {14.41}).g_cm2,
-                   1e-12 / fe);
-  EXPECT_EQ(thickness_for_mu_x(foil, 0, 0, {14.41}).g_cm2, 0);
+  // Of a thin layer every digit is kept, of several lines too.
+  const std::vector<Layer> foil{layers[0]};
+  const double of_two =
+      0.75 * fe + 0.25 * mass_attenuation(foil[0].material, {122.06}).cm2_g;
+  for (const double wanted : {1e-12, 1e-300}) {
+    EXPECT_DOUBLE_EQ(for_mu_x(foil, wanted, one), wanted / fe);
+    EXPECT_NEAR(for_mu_x(foil, wanted, two) * of_two / wanted, 1, 1e-11);
+  }
+  EXPECT_EQ(for_mu_x(foil, 0, two), 0);
 }
 
 TEST(Layers, WhatHasNoAnswerIsAnError) {
   const auto layers = iron_behind_aluminium(0.1, 0.2);
   const auto wanted = [&layers](double value) {
-    return [&layers, value] { thickness_for(layers, 0, value, kCobalt); };
+    return [&layers, value] { thickness_for(layers, 0, {value}, kCobalt); };
   };
   const auto weights = [&layers](double first, double second) {
     return [&layers, first, second] {
       const Line lines[] = {{{10}, first}, {{20}, second}};
-      thickness_for(layers, 0, 0.1, lines);
+      thickness_for(layers, 0, {0.1}, lines);
     };
   };
   const struct {
@@ -124,15 +136,15 @@ TEST(Layers, WhatHasNoAnswerIsAnError) {
          const double al = mass_attenuation(layers[1].material, {14.41}).cm2_g;
          auto thick = layers;
          thick[1].d = {1.5 / al};
-         thickness_for_mu_x(thick, 0, 1, {14.41});
+         for_mu_x(thick, 1, std::vector<Line>{{{14.41}}});
        }},
       {"mu x is a number from 0 on",
-       [&layers] { thickness_for_mu_x(layers, 0, kNaN, {14.41}); }},
+       [&layers] { for_mu_x(layers, kNaN, kCobalt); }},
       {"the thickness of a layer is negative or no number",
        [&layers] {
          auto negative = layers;
          negative[1].d = {kNaN};
-         thickness_for(negative, 0, 0.5, kCobalt);
+         thickness_for(negative, 0, {0.5}, kCobalt);
        }},
   };
   for (const auto& row : rows) {

@@ -160,7 +160,7 @@ TEST_F(Library, AnswersAsThePhysicsDoes) {
   ASSERT_EQ(attenuate_thickness(stack_, 1, 0.3, keV, weight, 2,
                                 ATTENUATE_BY_PHOTONS, &one, &error_),
             ATTENUATE_OK);
-  EXPECT_EQ(one, physics::thickness_for(layers, 1, 0.3, lines).g_cm2);
+  EXPECT_EQ(one, physics::thickness_for(layers, 1, {0.3}, lines).g_cm2);
 }
 
 TEST_F(Library, ErrorsTellPlaceAndHint) {
