@@ -66,7 +66,7 @@ inline double binary_log(double value) {
   const auto k = static_cast<std::int64_t>(above) >> kFraction;
   const std::uint64_t z = bits(value) - (above >> kFraction << kFraction);
   const double c = number((z & ~(kCell - 1)) | kCell / 2);
-  const BinaryCell& cell = kBinaryCells.data()[above / kCell % 64];
+  const BinaryCell& cell = kBinaryCells[above / kCell % 64];
   const double r = (number(z) - c) * cell.inverse, r2 = r * r;
   return (static_cast<double>(k) + cell.log) +
          (r * kLog[1] + r2 * ((kLog[2] + r * kLog[3]) +
@@ -82,7 +82,7 @@ inline double binary_power(double x) {
   const double r = x - (shifted - kShift), r2 = r * r;
   const std::uint64_t n = bits(shifted);
   const double power =
-      number(bits(kBinaryPowers.data()[n % 64]) + (n >> kIndex << kFraction));
+      number(bits(kBinaryPowers[n % 64]) + (n >> kIndex << kFraction));
   return power +
          power * (r * kPower[1] + r2 * ((kPower[2] + r * kPower[3]) +
                                         r2 * (kPower[4] + r * kPower[5])));
