@@ -1,6 +1,8 @@
 // The command as it is typed in a shell, and the parts of it that need a closer
 // look.
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -388,6 +390,24 @@ TEST(Batch, ALineIsAnsweredAsTheSameWords) {
       << ran.out << "\n"
       << expected;
 }
+
+#ifndef __SANITIZE_ADDRESS__
+TEST(Batch, TakesNoMoreMemoryForALongList) {
+  // kB, of the largest process so far.
+  const auto peak_of = [](const std::string& command) {
+    EXPECT_EQ(shell(command + " > /dev/null").status, 0) << command;
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;
+  };
+  const std::string batch =
+      " | sed 's/.*/Fe&O@5 1um 14.41/' | attenuate --batch - --jsonl";
+  const long few = peak_of("seq 100" + batch);
+  EXPECT_LT(few, 6 * 1024);
+  EXPECT_LT(peak_of("seq 200000" + batch), few + 512);
+  EXPECT_LT(peak_of("attenuate Fe 1um 5:25:0.0001 --tsv"), few + 512);
+}
+#endif
 
 TEST(Batch, SpreadsOverProcesses) {
   if (shell("parallel --version").status != 0) GTEST_SKIP() << "no parallel";
