@@ -308,8 +308,11 @@ struct Kernel {
                                                 Form form, double factor) {
     const double first = sum.first().keV, last = sum.last().keV;
     std::optional<Outside> outside;
-    Buffer energies, logs, terms, part;
+    // Written before they are read; clearing them would take longer than a
+    // short array does. NOLINTBEGIN(cppcoreguidelines-pro-type-member-init)
+    Buffer energies, logs, terms, part, typed;
     Intervals intervals;
+    // NOLINTEND(cppcoreguidelines-pro-type-member-init)
     for (std::size_t start = 0; start < keV.size(); start += kBlock) {
       const double* from = keV.data() + start;
       double* const to = values.data() + start;
@@ -322,7 +325,6 @@ struct Kernel {
         from = part.at;
       }
       double* const sums = n < kBlock ? part.at : to;
-      Buffer typed;
       const bool good = logarithms(from, energies, logs, whole, first, last);
       // The values may overwrite the energies.
       if (!good) std::copy_n(from, n, typed.at);
