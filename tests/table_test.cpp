@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 #include <limits>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,28 @@ TEST(Table, AnEdgeHasTwoSides) {
   EXPECT_NEAR(mass_attenuation(iron, {near}).cm2_g, 53.19, 1e-11);
   for (const double keV : {1.0, 6.0, 14.4, 20000.0}) {
     EXPECT_DOUBLE_EQ(mass_attenuation_below(iron, {keV}).cm2_g, mu(26, keV));
+  }
+}
+
+// Each step of a table has the name of its edge, but for N shells, of which the
+// tables of the heaviest know some, and for rhenium's M5, 60 eV from the real.
+TEST(Table, ItsStepsAreEdges) {
+  for (int z = 1; z <= physics::kElements; ++z) {
+    const physics::Table& table = builtin().table(z);
+    std::set<double> named;
+    for (const physics::Edge& edge : physics::edges(z)) {
+      if (!edge.in_table) continue;
+      const double below = mass_attenuation_below(table, edge.energy).cm2_g;
+      named.insert(edge.energy.keV);
+      EXPECT_GT(mu(z, edge.energy.keV), below) << z << edge.shell;
+    }
+    for (const physics::Cubic& piece : table.total.pieces()) {
+      const double below = table.total.below({piece.keV});
+      if (table.total({piece.keV}) < below * 1.001) continue;
+      EXPECT_TRUE(named.contains(piece.keV) || (z > 82 && piece.keV < 1.5) ||
+                  (z == 75 && piece.keV == 1.8224))
+          << z << " at " << piece.keV;
+    }
   }
 }
 

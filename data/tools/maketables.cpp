@@ -269,7 +269,7 @@ struct ElementRows {
   std::string place;  // of the first row
   std::vector<physics::CurvePoint> total;
   std::vector<physics::CurvePoint> absorption;
-  std::set<double> edges;  // keV
+  std::map<std::string, double> edges;  // shell, keV
 };
 
 std::vector<ElementRows> read_tables(const fs::path& sources) {
@@ -285,7 +285,7 @@ std::vector<ElementRows> read_tables(const fs::path& sources) {
     row.require(1 <= keV && keV <= 20000, "energy '" + energy + "'");
     const bool is_edge = !table.total.empty() && table.total.back().keV == keV;
     row.require(is_edge == !edge.empty(), "an edge is two rows, then a name");
-    if (is_edge) table.edges.insert(keV);
+    if (is_edge) table.edges[edge] = keV;
     table.total.push_back({keV, base::read_e(mu_rho, 0).value_or(0)});
     if (mu_en_rho.empty()) continue;
     table.absorption.push_back({keV, base::read_e(mu_en_rho, 0).value_or(0)});
@@ -368,13 +368,18 @@ void write_edges(const fs::path& sources,
                      {"z", "symbol", "shell", "energy_kev", "jump_factor",
                       "xraydb_energy_kev", "xraydb_jump_ratio", "table_kev"})) {
     const auto i = static_cast<std::size_t>(z_of(row) - 1);
-    const bool in_table = !row.fields[7].empty();
-    const double keV = plain_number(row.fields[in_table ? 7 : 3]).value_or(0.0);
+    double keV = plain_number(row.fields[3]).value_or(0.0);
+    // The table's own, unless it is another one under this name (Re M5).
+    const auto own = tables[i].edges.find(row.fields[2]);
+    const bool in_table = own != tables[i].edges.end() &&
+                          std::abs(own->second / keV - 1.0) < 0.01;
+    if (in_table) keV = own->second;
     // Not known for some shells far below the tables.
     const std::string& jump = row.fields[4];
     row.require(keV > 0 && (jump.empty() ? keV < 1 : is_positive(jump)),
                 "no energy or jump");
-    row.require(!in_table || tables[i].edges.contains(keV),
+    row.require(row.fields[7].empty() ||
+                    (in_table && plain_number(row.fields[7]) == keV),
                 "the table has no edge at " + row.fields[7] + " keV");
     found[i].push_back(
         {keV,
