@@ -268,7 +268,7 @@ class Curves {
 struct ElementRows {
   std::string place;  // of the first row
   std::vector<physics::CurvePoint> total;
-  std::vector<physics::CurvePoint> absorption;
+  std::vector<double> absorption;  // for each of these; 0 where not published
   std::map<std::string, double> edges;  // shell, keV
 };
 
@@ -286,11 +286,43 @@ std::vector<ElementRows> read_tables(const fs::path& sources) {
     const bool is_edge = !table.total.empty() && table.total.back().keV == keV;
     row.require(is_edge == !edge.empty(), "an edge is two rows, then a name");
     if (is_edge) table.edges[edge] = keV;
-    table.total.push_back({keV, base::read_e(mu_rho, 0).value_or(0)});
-    if (mu_en_rho.empty()) continue;
-    table.absorption.push_back({keV, base::read_e(mu_en_rho, 0).value_or(0)});
+    const double mu = base::read_e(mu_rho, 0).value_or(0);
+    const double mu_en = base::read_e(mu_en_rho, 0).value_or(0);
+    row.require(mu_en <= mu, "mu_en/rho above mu/rho");
+    table.total.push_back({keV, mu});
+    table.absorption.push_back(mu_en);
   }
   return tables;
+}
+
+// The rows of mu_en/rho. One that is not published has a value all the same
+// where nearly all of mu/rho is absorption on both sides: there the ratio of
+// the two, straight over ln E, is right within 0.3 %, while mu_en/rho itself
+// makes bends in which it would lie above mu/rho.
+std::vector<physics::CurvePoint> absorption_points(const ElementRows& table) {
+  constexpr double kNearlyAll = 0.95;
+  const auto& rows = table.total;
+  const auto ratio = [&](std::size_t i) {
+    return table.absorption[i] / rows[i].y;
+  };
+  std::vector<physics::CurvePoint> points;
+  std::size_t before = 0;  // the last published row
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (ratio(i) > 0.0) {
+      before = i;
+      points.push_back({rows[i].keV, table.absorption[i]});
+      continue;
+    }
+    std::size_t behind = i;
+    while (behind + 1 < rows.size() && ratio(behind) == 0.0) ++behind;
+    if (std::min(ratio(before), ratio(behind)) < kNearlyAll) continue;
+    const double share = std::log(rows[i].keV / rows[before].keV) /
+                         std::log(rows[behind].keV / rows[before].keV);
+    points.push_back(
+        {rows[i].keV,
+         rows[i].y * std::lerp(ratio(before), ratio(behind), share)});
+  }
+  return points;
 }
 
 void write_tables(const std::vector<ElementRows>& tables, Output& out) {
@@ -300,7 +332,8 @@ void write_tables(const std::vector<ElementRows>& tables, Output& out) {
   int z = 0;
   for (const ElementRows& table : tables) {
     try {
-      for (const auto* const points : {&table.total, &table.absorption}) {
+      const auto absorbed = absorption_points(table);
+      for (const auto* const points : {&table.total, &absorbed}) {
         if (points->empty() || points->front().keV != 1 ||
             points->back().keV != 20000) {
           throw std::invalid_argument("not from 1 keV to 20 MeV");
@@ -308,7 +341,7 @@ void write_tables(const std::vector<ElementRows>& tables, Output& out) {
       }
       const std::string curve = total.add(table.total);
       entries += "{" + str(++z) + ", " + curve + ",\n " +
-                 absorption.add(table.absorption) + "},\n";
+                 absorption.add(absorbed) + "},\n";
     } catch (const std::invalid_argument& problem) {
       throw Problem(table.place + ": " + problem.what());
     }
