@@ -46,11 +46,19 @@ bool is_passed_over(std::string_view line) {
   return first == std::string_view::npos || line[first] == '#';
 }
 
-void refuse_option(std::string_view line) {
-  const std::size_t at = line.find(" --");
-  if (!line.starts_with("--") && at == std::string_view::npos) return;
-  const int column = line.starts_with("--") ? 1 : static_cast<int>(at) + 2;
-  throw physics::InputError("options stand before the list, not in it", column);
+// Without what editors leave at the ends: a byte order mark, a CR.
+std::string_view bare(std::string_view line, bool first) {
+  if (first && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+void refuse_option(std::string_view line, Question& question) {
+  const std::size_t at = line.starts_with("--") ? 0 : line.find(" --");
+  if (at == std::string_view::npos) return;
+  question.typed = line;
+  throw physics::InputError("options stand before the list, not in it",
+                            question.column(at == 0 ? 0 : at + 1));
 }
 
 }  // namespace
@@ -65,19 +73,20 @@ int answer_batch(const std::string& file, const Settings& settings,
   Progress progress;
   bool failed = false;
   std::size_t number = 0;
-  while (const auto line = lines.next(kLongestLine)) {
+  while (const auto next = lines.next(kLongestLine)) {
     progress.at(++number);
-    if (is_passed_over(*line)) continue;
+    const std::string_view line = bare(*next, number == 1);
+    if (is_passed_over(line)) continue;
     writer->at_line(number);
     try {
-      refuse_option(*line);
-      reader.read_line(*line, question);
+      refuse_option(line, question);
+      reader.read_line(line, question);
       answerer.answer(question, *writer);
     } catch (const physics::InputError& error) {
       failed = true;
       progress.clear();
-      complain(complaint(error, question.typed.empty() ? *line : question.typed,
-                         "line " + std::to_string(number)));
+      complain(
+          complaint(error, question.typed, "line " + std::to_string(number)));
     }
   }
   progress.clear();

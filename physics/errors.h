@@ -21,13 +21,17 @@ class InputError : public std::runtime_error {
   // column   where, in characters from 1; 0 for the input as a whole
   // hint     what to type instead; blank where nobody knows
   InputError(const std::string& message, int column, std::string hint = {})
-      : std::runtime_error(message), column_(column), hint_(std::move(hint)) {}
+      : std::runtime_error(message),
+        message_(message),
+        column_(column),
+        hint_(std::move(hint)) {}
 
-  std::string message() const { return what(); }
+  const std::string& message() const { return message_; }
   int column() const { return column_; }
   const std::string& hint() const { return hint_; }
 
  private:
+  std::string message_;  // what() would end at a code 0 that was typed
   int column_;
   std::string hint_;
 };

@@ -351,12 +351,24 @@ TEST(Batch, AnswersWhatItCanAndNamesTheRest) {
   EXPECT_TRUE(has(ran.err,
                   "error: line 4: no material is called 'kaptn'; did "
                   "you mean kapton?\n  kaptn 1um 14\n  ^\n"));
-  EXPECT_TRUE(has(ran.err, "error: line 6: options stand before the list"));
+  EXPECT_TRUE(has(ran.err,
+                  "error: line 6: options stand before the list, not in it\n"
+                  "  Fe 1um 14 --csv\n            ^\n"));
   EXPECT_TRUE(has(ran.out, "\n1\tFe\t14.41\t"));
   EXPECT_TRUE(has(ran.out, "\n5\t10% Fe2O3 // 90% sucrose\t14.41\t"));
   EXPECT_TRUE(has(ran.out, "\n7\tNi\t9\t"));
   EXPECT_EQ(shell("attenuate --batch /no/such/list").status, 2);
   EXPECT_EQ(shell("attenuate --batch / --tsv").status, 2);
+}
+
+TEST(Batch, TakesWhatEditorsLeaveAndShowsTheRest) {
+  const Ran ran = shell(
+      "printf '\\xEF\\xBB\\xBFFe 25um 14.41\\r\\nFe \\000 14\\r\\n' "
+      "| attenuate --batch - --tsv");
+  EXPECT_TRUE(has(ran.out, "\n1\tFe\t14.41\t"));
+  EXPECT_EQ(ran.err,
+            "error: line 2: '?' is no thickness and no energy\n  Fe ? 14\n"
+            "     ^\nhint: 25um, 50mg/cm2; 14.41, 122keV, 57Co\n");
 }
 
 TEST(Batch, ALineIsAnsweredAsTheSameWords) {
