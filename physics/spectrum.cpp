@@ -128,9 +128,9 @@ std::vector<Line> read_spectrum(std::istream& in) {
     if (second_field.text.empty()) {
       fail(n, "one column", "a spectrum has two: keV and photons");
     }
-    // "14,4 100" would be read as 14 keV and 4 photons.
-    if (first_field.separator == ',' && second_field.separator != 0 &&
-        second_field.separator != ',') {
+    // "14,4 100" would be read as 14 keV and 4 photons, "14;4,5" as 4 photons.
+    if (second_field.separator != 0 &&
+        (first_field.separator == ',') != (second_field.separator == ',')) {
       fail(n, "',' separates columns here, and something else does too",
            "a decimal takes a point: 14.4");
     }

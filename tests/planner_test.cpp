@@ -234,6 +234,8 @@ TEST(Spectrum, RefusesWhatIsNone) {
       {"keV photons\nsecond heading\n", "line 2: 'second' is no energy in keV"},
       {"14,4 100\n",
        "line 1: ',' separates columns here, and something else does too"},
+      {"30;1,5\n",
+       "line 1: ',' separates columns here, and something else does too"},
       {std::string("10 1\0\n", 6), "line 1: binary data"},
       {"\x7F"
        "ELF",
