@@ -59,6 +59,20 @@ std::optional<std::size_t> log_count(std::string_view part, int column) {
   return limited(count, column);
 }
 
+// "5:30:100", where the step at `begin` was perhaps meant for a count, or
+// "1:3:0.5MeV".
+[[noreturn]] void refuse_wide_step(std::string_view word, std::size_t begin) {
+  const std::string step(word.substr(begin));
+  std::string hint;
+  if (step.find_first_not_of("0123456789") == step.npos) {
+    hint = std::string(word) + "log for " + step + " energies";
+  } else if (step.ends_with("eV")) {
+    hint = "a unit counts for its own number only";
+  }
+  throw InputError("the step is wider than the range",
+                   static_cast<int>(begin) + 1, hint);
+}
+
 Beam range(std::string_view word) {
   const std::size_t first = word.find(':');
   const std::size_t second = word.find(':', first + 1);
@@ -87,6 +101,7 @@ Beam range(std::string_view word) {
   // number.
   const double steps = (beam.to.keV - beam.from.keV) / beam.step.keV;
   beam.count = limited(std::floor(steps * (1 + 1e-12) + 1e-9) + 1, column);
+  if (beam.count == 1) refuse_wide_step(word, second + 1);
   return beam;
 }
 
@@ -116,8 +131,19 @@ const physics::Edge& edge_named(std::string_view word, std::size_t colon,
                    static_cast<int>(colon) + 2, shells);
 }
 
+// 0 too, as a script that steps through the edge has it.
+double offset_in(std::string_view word, std::string_view part) {
+  return in_part(word, part, [](std::string_view p) {
+    const auto number = leading_number(p);
+    const bool zero =
+        number && number->value == 0 &&
+        (number->rest.empty() || energy_unit(number->rest) != nullptr);
+    return zero ? 0.0 : energy(p).keV;
+  });
+}
+
 // "Fe:K", "Fe:L3-20eV".
-Beam edge(std::string_view word) {
+Beam edge(std::string_view word, std::vector<std::string>& notes) {
   const std::size_t colon = word.find(':');
   const std::size_t sign = word.find_first_of("+-", colon);
   const std::string_view shell = word.substr(
@@ -126,8 +152,14 @@ Beam edge(std::string_view word) {
   Beam beam;
   beam.from = edge_named(word, colon, shell).energy;
   if (sign != std::string_view::npos) {
-    const double offset = energy_in(word, word.substr(sign + 1)).keV;
+    const std::string_view typed = word.substr(sign + 1);
+    const double offset = offset_in(word, typed);
     beam.from.keV += word[sign] == '+' ? offset : -offset;
+    if (offset > 0 && !typed.ends_with("eV")) {
+      notes.push_back("the offset is " + energy_in_words(offset) + "; " +
+                      std::string(word) + "eV means " + std::string(typed) +
+                      " eV");
+    }
   }
   if (!(beam.from.keV > 0)) {
     throw InputError("an energy must be above 0", static_cast<int>(sign) + 1);
@@ -141,7 +173,7 @@ bool looks_like_edge(std::string_view item) {
          ('A' <= item[0] && item[0] <= 'Z');
 }
 
-Beam beam(std::string_view item) {
+Beam beam(std::string_view item, std::vector<std::string>& notes) {
   Beam found;
   constexpr std::string_view kDigits = "0123456789.";
   if (!item.empty() && item.find_first_not_of(kDigits) == item.npos) {
@@ -154,22 +186,67 @@ Beam beam(std::string_view item) {
     found.count = source->lines.size();
     return found;
   }
-  if (looks_like_edge(item)) return edge(item);
+  if (looks_like_edge(item)) return edge(item, notes);
   if (item.find(':') != std::string_view::npos) return range(item);
   if (item.empty()) throw InputError("an energy is missing here", 1);
   found.from = energy(item);
   return found;
 }
 
-// "14,4" was perhaps one number.
+// "14,4" and "14,4keV" were perhaps one number.
 bool decimal_comma(std::string_view word) {
   const std::size_t comma = word.find(',');
-  const auto digits = [](std::string_view part) {
-    return !part.empty() &&
-           part.find_first_not_of("0123456789") == std::string_view::npos;
-  };
-  return comma != std::string_view::npos && digits(word.substr(0, comma)) &&
-         digits(word.substr(comma + 1));
+  if (comma == 0 || comma == word.npos) return false;
+  constexpr std::string_view kDigits = "0123456789";
+  const std::string_view behind = word.substr(comma + 1);
+  const std::size_t end =
+      std::min(behind.find_first_not_of(kDigits), behind.size());
+  return word.find_first_not_of(kDigits) == comma && end > 0 &&
+         (end == behind.size() || energy_unit(behind.substr(end)) != nullptr);
+}
+
+// Calls `action` with the text of each number of a word, the separator in front
+// of it, and whether it is the step of a range.
+template <typename Action>
+void for_each_number(std::string_view word, Action action) {
+  int colons = 0;
+  for (std::size_t begin = 0; begin <= word.size();) {
+    const std::size_t end =
+        std::min(word.find_first_of(",:", begin), word.size());
+    const char before = begin == 0 ? ',' : word[begin - 1];
+    colons = before == ':' ? colons + 1 : 0;
+    action(word.substr(begin, end - begin), before, colons == 2);
+    begin = end + 1;
+  }
+}
+
+// A unit counts for its own number only, which "1,2,3MeV" hides. A note says so
+// where all the others are energies of the tables with that unit too.
+void note_bare(std::string_view word, std::vector<std::string>& notes) {
+  const Unit* unit = nullptr;
+  for_each_number(word, [&](std::string_view typed, char, bool) {
+    const auto number = leading_number(typed);
+    const Unit* own = number ? energy_unit(number->rest) : nullptr;
+    if (own != nullptr && own->factor != 1) unit = own;
+  });
+  if (unit == nullptr) return;
+  std::string repeated;
+  std::string bare;
+  bool possible = true;
+  for_each_number(word, [&](std::string_view typed, char before, bool step) {
+    if (!repeated.empty()) repeated += before;
+    repeated += typed;
+    const auto number = leading_number(typed);
+    if (!number || !number->rest.empty()) return;
+    repeated += unit->name;
+    bare += (bare.empty() ? "" : ", ") + std::string(typed);
+    const double keV = number->value * unit->factor;
+    possible = possible && (step || (1 <= keV && keV <= 20000));
+  });
+  if (bare.empty() || !possible) return;
+  notes.push_back("a unit counts for its own number: " + bare +
+                  " keV without one; " + repeated + " has " +
+                  std::string(unit->name) + " throughout");
 }
 
 }  // namespace
@@ -185,7 +262,8 @@ void read_energies(std::string_view word, std::size_t at,
   while (true) {
     const std::size_t comma = std::min(word.find(',', begin), word.size());
     const std::string_view item = word.substr(begin, comma - begin);
-    beams.push_back(in_part(word, item, beam));
+    beams.push_back(in_part(
+        word, item, [&](std::string_view part) { return beam(part, notes); }));
     beams.back().at = at + begin;
     if (comma == word.size()) break;
     begin = comma + 1;
@@ -193,6 +271,7 @@ void read_energies(std::string_view word, std::size_t at,
   if (decimal_comma(word)) {
     notes.emplace_back("',' separates energies; a decimal takes a point");
   }
+  if (word.find('V') != std::string_view::npos) note_bare(word, notes);
 }
 
 }  // namespace attenuate

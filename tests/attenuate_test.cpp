@@ -93,6 +93,7 @@ TEST(Attenuate, AnswersAsWorkedOutByHand) {
       {"Fe 25um 5:30:0.1", "energy_keV", 30, 1e-12},
       {"Fe 1um Fe:K+50eV", "energy_keV", 7.162, 1e-9},
       {"Fe 1um Fe:K-112eV", "energy_keV", 7, 1e-9},
+      {"Fe 1um Fe:K-0eV", "energy_keV", 7.112, 1e-9},
   };
   for (const auto& c : cases) {
     EXPECT_NEAR(field(c.question, c.field), c.value, c.value * c.tolerance)
@@ -190,6 +191,11 @@ TEST(Attenuate, RefusesWithPlaceAndHint) {
        "at least 2, as in 5:30:100log"},
       {"Fe 1um 5:30:1e-12", 13, "more than 1000000000 energies are asked for",
        ""},
+      {"Fe 5:30:100", 9, "the step is wider than the range",
+       "5:30:100log for 100 energies"},
+      {"Fe 5:30:30.5", 9, "the step is wider than the range", ""},
+      {"Fe 1:3:0.5MeV", 8, "the step is wider than the range",
+       "a unit counts for its own number only"},
       {"Fe 1um Fe:Q1", 11, "iron has no edge 'Q1'",
        "K L1 L2 L3 M1 M2 M3 M4 M5"},
       {"Fe 1um Xx:K", 8, "'Xx' is not an element",
@@ -248,6 +254,12 @@ TEST(Attenuate, NotesWhatCouldSurprise) {
     const char* note;
   } cases[] = {
       {"Fe 14,4", "',' separates energies; a decimal takes a point"},
+      {"Fe 14,4keV", "',' separates energies; a decimal takes a point"},
+      {"Pb 1,2,3MeV",
+       "a unit counts for its own number: 1, 2 keV without one; "
+       "1MeV,2MeV,3MeV has MeV throughout"},
+      {"Pb 1:3MeV:0.5", "1MeV:3MeV:0.5MeV has MeV throughout"},
+      {"Fe Fe:K+50", "the offset is 50 keV; Fe:K+50eV means 50 eV"},
       {"Fe 7.112",
        "7.112 keV is the K edge of iron, where the upper side is "
        "taken; mu/rho of iron is 53.19 cm2/g below it and 407.6 "
@@ -270,7 +282,10 @@ TEST(Attenuate, NotesWhatCouldSurprise) {
     EXPECT_EQ(strict.status, 2) << question;
     EXPECT_EQ(strict.out, "") << question;
   }
-  EXPECT_EQ(shell("attenuate --strict Fe 14.41").status, 0);
+  for (const std::string plain : {"14.41", "14.1,20keV", "661.7,1.33MeV",
+                                  "8:9:1eV", "1MeV:3MeV:500keV"}) {
+    EXPECT_EQ(shell("attenuate --strict Fe " + plain).status, 0) << plain;
+  }
 }
 
 TEST(Attenuate, EveryFormatHasTheSameNumbers) {
