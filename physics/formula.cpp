@@ -96,7 +96,8 @@ std::size_t skip_blanks(std::string_view text, std::size_t i) {
 std::size_t solvent_end(std::string_view text, std::size_t i) {
   for (const std::string_view solvent : kSolvents) {
     std::size_t at = i;
-    const bool bracket = char_at(text, at) == '(';
+    const char open = char_at(text, at);
+    const bool bracket = open == '(' || open == '[';
     if (bracket) ++at;
     const bool matches =
         std::all_of(solvent.begin(), solvent.end(), [&](char c) {
@@ -107,7 +108,8 @@ std::size_t solvent_end(std::string_view text, std::size_t i) {
           at += subscript ? 3 : 1;
           return is;
         });
-    if (matches && (!bracket || char_at(text, at++) == ')')) return at;
+    const char close = open == '(' ? ')' : ']';
+    if (matches && (!bracket || char_at(text, at++) == close)) return at;
   }
   return i;
 }
@@ -247,10 +249,11 @@ class Reader {
     const bool dot = at_dot();
     const bool behind_unit = at_ > 0 && blank_before(at_) == 0;
     at_ += mark;
-    if (dot && behind_unit && !dot_decided_ && is_digit(peek()) &&
-        !is_digit(text_[at_ - 2])) {
+    if (dot && !dot_decided_ && is_digit(peek()) &&
+        !(behind_unit && is_digit(text_[at_ - 2]))) {
       const std::size_t end = number_end(text_, at_);
-      if (!solvent_to_end(text_, skip_blanks(text_, end))) {
+      // "CuSO4 .5H2O" may be half a water, "Fe.5H2O" hardly.
+      if (!behind_unit || !solvent_to_end(text_, skip_blanks(text_, end))) {
         note("the dot in front of " + written(at_, end) +
              " begins an adduct, as a number does not begin with a point; * "
              "says the same without doubt");
@@ -436,14 +439,19 @@ class Reader {
   [[noreturn]] void no_element() const {
     const std::string_view two = text_.substr(at_, is_small(peek(1)) ? 2 : 1);
     if (const HeavyElement* heavy = heavy_element(two)) {
-      fail("no coefficients for " + std::string(heavy->name) +
-           " (Z = " + std::to_string(heavy->z) +
-           "): the NIST tables end with uranium (Z = 92)");
+      fail(without_coefficients(*heavy));
     }
     const auto meant = recapitalised(text_);
+    // "Uuo" is not meant for U2O.
+    const bool likely =
+        meant &&
+        std::adjacent_find(meant->begin(), meant->end(), [](char a, char b) {
+          return a == b && is_capital(a);
+        }) == meant->end();
     fail(in_quotes(two) + " is not an element", at_,
-         meant ? "did you mean " + *meant + "? Capital and small letters differ"
-               : "`attenuate elements` lists all 92");
+         likely
+             ? "did you mean " + *meant + "? Capital and small letters differ"
+             : "`attenuate elements` lists all 92");
   }
 
   void brackets() {
@@ -554,6 +562,17 @@ class Reader {
     const bool shows = units_begin_ < ion && ion - units_begin_ <= 20;
     if (message.empty())
       message = "no formula behind " + in_quotes(text_.substr(at, 1));
+    if (skip_blanks(text_, 0) == at) fail(message, at);  // "-5% Fe"
+    // "C-14"
+    const int z = atoms_used_ > 0 ? atoms_[atoms_used_ - 1].z : 0;
+    const double mass_number = number(text_.substr(digits, end - digits));
+    if (z > 1 && digits > at && likely_isotope(z, mass_number)) {
+      fail(message, at,
+           "an isotope is written ^" + written(digits, end) +
+               std::string(builtin()
+                               .elements()[static_cast<std::size_t>(z - 1)]
+                               .symbol));
+    }
     fail(message, at,
          "a charge is written " + (shows ? written(units_begin_, ion) : "Fe") +
              '{' + written(digits, end) + sign + '}');
@@ -562,6 +581,11 @@ class Reader {
   [[noreturn]] void no_symbol() const {
     std::size_t end = at_;
     while (is_small(char_at(text_, end))) ++end;
+    constexpr std::array states = {"(s)"sv, "(l)"sv, "(g)"sv, "(aq)"sv};
+    if (at_ > 0 && mark_at(text_, at_ - 1, states)) {
+      fail("a formula has no state " + written(at_ - 1, end + 1), at_ - 1,
+           "leave it out");
+    }
     // A capital in place of the first small letter, and nothing else.
     std::string capitals(text_);
     capitals[at_] = capital(peek());
@@ -594,7 +618,10 @@ class Reader {
     Reader ahead(text_.substr(units), 1);
     const std::string_view atom = ahead.symbol_here();
     const int z = z_of(atom);
-    if (z == 0) fail(in_quotes(digits) + " does not begin a formula");
+    if (z == 0) {
+      fail(in_quotes(digits) + " does not begin a formula", at_,
+           char_at(text_, end) == ',' ? "decimals take a point" : "");
+    }
     const bool isotope = likely_isotope(z, number(digits));
     const std::string count =
         "(" + counted + ")" + digits + rest + " for the count";
@@ -687,8 +714,10 @@ class Reader {
   // hydrate, and whoever copies one must not triple the bracket.
   void refuse_hydrate(std::size_t begin, std::size_t end) const {
     const std::size_t solvent = skip_blanks(text_, end);
-    if (char_at(text_, solvent) == '(' || !solvent_to_end(text_, solvent))
+    if (!is_letter(char_at(text_, solvent)) ||
+        !solvent_to_end(text_, solvent)) {
       return;
+    }
     const std::string digits = written(begin, end);
     const std::size_t behind = solvent_end(text_, solvent);
     const std::string name = written(solvent, behind),
@@ -817,14 +846,15 @@ class Reader {
   // doubt where the echo leaves that out.
   void protect_echo() {
     std::string& echo = reading_.echo;
-    const bool bracket = echo.size() > 2 && echo.back() == ')';
+    const bool bracket =
+        echo.size() > 2 && (echo.back() == ')' || echo.back() == ']');
     for (const std::string_view solvent : kSolvents) {
       const std::size_t length = solvent.size() + (bracket ? 2 : 0);
       if (echo.size() <= length) continue;
       const std::size_t at = echo.size() - length;
       if (echo.compare(at + (bracket ? 1 : 0), solvent.size(), solvent) != 0)
         continue;
-      if (bracket && echo[at] != '(') continue;
+      if (bracket && echo[at] != '(' && echo[at] != '[') continue;
       std::size_t begin = at;
       while (begin > 0 && (is_digit(echo[begin - 1]) || echo[begin - 1] == '.'))
         --begin;
@@ -984,6 +1014,12 @@ int symbol(char first, char second) {
   const auto column =
       second == '\0' ? 0 : static_cast<std::size_t>(second - 'a' + 1);
   return table[static_cast<std::size_t>(first - 'A')][column];
+}
+
+std::string without_coefficients(const HeavyElement& element) {
+  return "no coefficients for " + std::string(element.name) +
+         " (Z = " + std::to_string(element.z) +
+         "): the NIST tables end with uranium (Z = 92)";
 }
 
 std::optional<std::string> recapitalised(std::string_view text) {

@@ -41,6 +41,9 @@ void check_text(std::string_view text);
 // is none up to uranium.
 int symbol(char first, char second);
 
+// Why an element above uranium is refused.
+std::string without_coefficients(const HeavyElement& element);
+
 // The formula that is meant by `text`, which differs from one in capital and
 // small letters only: the one with the fewest letters changed. Nothing where
 // there is none.
