@@ -138,12 +138,17 @@ int list_edges(Arguments arguments, Output& output) {
                    {"in_table", 0, Show::kAlways}},
                   {}};
   Names known;
-  const auto* only = physics::element_with_symbol(search.text);
-  if (only == nullptr) only = physics::element_with_name(lower(search.text));
+  const std::size_t colon = std::min(search.text.find(':'), search.text.size());
+  const std::string wanted = lower(search.text.substr(0, colon));
+  const std::string shell = search.text.substr(colon);  // ":K"
+  const auto* named = physics::element_with_name(wanted);
   for (const auto& element : physics::builtin().elements()) {
     known.push_back(element.name);
-    if (only != nullptr ? &element != only : !search.wants_all()) continue;
+    const bool fits = wanted == lower(element.symbol) || &element == named ||
+                      wanted == std::to_string(element.z);
+    if (!fits && !search.wants_all()) continue;
     for (const auto& edge : physics::edges(element.z)) {
+      if (!shell.empty() && shell.substr(1) != edge.shell) continue;
       records.rows.push_back({std::string(element.symbol),
                               std::string(edge.shell), energy(edge.energy),
                               number(edge.jump), edge.in_table ? "yes" : "no"});

@@ -357,6 +357,15 @@ attenuate Fe 14 --jsonl | python3 check.py lines
   EXPECT_EQ(ran.out, "1\n1\n1\n10\n1\n");
 }
 
+TEST(Edges, AreListedByWhateverNamesTheElement) {
+  const std::string iron = shell("attenuate edges Fe --tsv").out;
+  for (const std::string name : {"fe", "26", "Iron"})
+    EXPECT_EQ(shell("attenuate edges --tsv " + name).out, iron) << name;
+  const std::string one = shell("attenuate edges Fe:K --tsv").out;
+  EXPECT_TRUE(has(one, "\nFe\tK\t7.112\t"));
+  EXPECT_FALSE(has(one, "L1"));
+}
+
 TEST(Batch, AnswersWhatItCanAndNamesTheRest) {
   const Ran ran = shell(
       "printf '%s\\n' 'Fe 25um 14.41' '# words' '' 'kaptn 1um 14' "
