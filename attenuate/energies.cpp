@@ -10,6 +10,7 @@
 #include "attenuate/words.h"
 #include "physics/data.h"
 #include "physics/errors.h"
+#include "physics/formula.h"
 
 namespace attenuate {
 namespace {
@@ -29,6 +30,24 @@ auto in_part(std::string_view word, std::string_view part, Read read) {
     const auto before = static_cast<int>(part.data() - word.data());
     throw InputError(error.message(), error.column() + before, error.hint());
   }
+}
+
+// Digits in front of what could be a symbol: "57Fe", "119mSn".
+struct IsotopeLike {
+  std::string_view mass;
+  std::string_view symbol;
+};
+
+std::optional<IsotopeLike> isotope_like(std::string_view word) {
+  const std::size_t digits = word.find_first_not_of("0123456789");
+  if (digits == 0 || digits > 3 || digits == std::string_view::npos) {
+    return std::nullopt;
+  }
+  const std::string_view symbol = word.substr(digits);
+  if (symbol.size() > 2 || symbol[0] < 'A' || symbol[0] > 'Z') {
+    return std::nullopt;
+  }
+  return IsotopeLike{word.substr(0, digits), symbol};
 }
 
 physics::Energy energy_in(std::string_view word, std::string_view part) {
@@ -118,8 +137,14 @@ const physics::Edge& edge_named(std::string_view word, std::size_t colon,
   const std::string_view symbol = word.substr(0, colon);
   const physics::Element* element = physics::element_with_symbol(symbol);
   if (element == nullptr) {
-    throw InputError(quoted(symbol) + " is not an element", 1,
-                     "an edge is written Fe:K or Fe:K+50eV");
+    if (const auto* heavy = physics::heavy_element(symbol)) {
+      throw InputError(physics::without_coefficients(*heavy), 1);
+    }
+    const auto meant = physics::recapitalised(symbol);
+    throw InputError(
+        quoted(symbol) + " is not an element", 1,
+        meant ? "did you mean " + *meant + std::string(word.substr(colon)) + "?"
+              : "an edge is written Fe:K or Fe:K+50eV");
   }
   const physics::Edge* edge = find_edge(element->z, shell);
   if (edge != nullptr) return *edge;
@@ -169,8 +194,9 @@ Beam edge(std::string_view word, std::vector<std::string>& notes) {
 
 bool looks_like_edge(std::string_view item) {
   const std::size_t colon = item.find(':');
-  return colon != std::string_view::npos && colon > 0 &&
-         ('A' <= item[0] && item[0] <= 'Z');
+  const char first = item.empty() ? '\0' : item[0];
+  return colon != std::string_view::npos &&
+         (('A' <= first && first <= 'Z') || ('a' <= first && first <= 'z'));
 }
 
 Beam beam(std::string_view item, std::vector<std::string>& notes) {
@@ -189,6 +215,7 @@ Beam beam(std::string_view item, std::vector<std::string>& notes) {
   if (looks_like_edge(item)) return edge(item, notes);
   if (item.find(':') != std::string_view::npos) return range(item);
   if (item.empty()) throw InputError("an energy is missing here", 1);
+  refuse_isotope(item);
   found.from = energy(item);
   return found;
 }
@@ -250,6 +277,28 @@ void note_bare(std::string_view word, std::vector<std::string>& notes) {
 }
 
 }  // namespace
+
+std::string nearest_source(std::string_view word) {
+  std::vector<std::string_view> names;
+  for (const auto& source : physics::sources()) names.push_back(source.name);
+  const auto nearest = physics::nearest(word, names, 1);
+  return nearest.empty() ? std::string() : nearest.front();
+}
+
+void refuse_isotope(std::string_view word) {
+  const auto isotope = isotope_like(word);
+  if (!isotope) return;
+  const std::string message = "no source is called " + std::string(word);
+  if (physics::element_with_symbol(isotope->symbol) != nullptr) {
+    throw InputError(
+        message + "; ^" + std::string(word) + " names the isotope in a formula",
+        1);
+  }
+  const std::string source = nearest_source(word);
+  if (!source.empty()) {
+    throw InputError(message + "; did you mean " + source + "?", 1);
+  }
+}
 
 bool names_energies(std::string_view word) {
   const std::string_view item = word.substr(0, word.find(','));

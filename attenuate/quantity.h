@@ -7,15 +7,12 @@
 
 namespace attenuate {
 
-using physics::area_mass_unit;
 using physics::energy;
 using physics::energy_unit;
 using physics::is_unit_in_other_letters;
 using physics::leading_number;
-using physics::length_unit;
 using physics::LengthOrAreaMass;
 using physics::looks_like_thickness;
-using physics::mass_unit;
 using physics::Number;
 using physics::refuse_unit;
 using physics::thickness;

@@ -70,57 +70,65 @@ bool is_amount_word(std::string_view word) {
   return number && is_amount(number->rest);
 }
 
-// Digits in front of what could be a symbol: "57Fe", "119mSn".
-struct IsotopeLike {
-  std::string_view mass;
-  std::string_view symbol;
-};
-
-std::optional<IsotopeLike> isotope_like(std::string_view word) {
-  const std::size_t digits = word.find_first_not_of("0123456789");
-  if (digits == 0 || digits > 3 || digits == std::string_view::npos) {
-    return std::nullopt;
-  }
-  const std::string_view symbol = word.substr(digits);
-  if (symbol.size() > 2 || symbol[0] < 'A' || symbol[0] > 'Z') {
-    return std::nullopt;
-  }
-  return IsotopeLike{word.substr(0, digits), symbol};
+// "5-30", "5..30", "14;5".
+void refuse_joined(std::string_view word, const Number& number) {
+  const std::string_view rest = number.rest;
+  const bool joined = rest.starts_with('-') || rest.starts_with(';') ||
+                      rest.starts_with("\u2013") ||
+                      (rest.starts_with('.') && number.typed.ends_with('.'));
+  const std::size_t second = rest.find_first_of("0123456789");
+  if (!joined || second == rest.npos) return;
+  const std::string first = physics::short_number(number.value);
+  const std::string last(rest.substr(second));
+  throw InputError(quoted(word) + " is no energy", 1,
+                   rest[0] == ';'
+                       ? first + "," + last + ": a comma separates energies"
+                       : first + ":" + last +
+                             ":0.5 is a range in steps of 0.5 keV, " + first +
+                             "," + last + " two energies");
 }
 
-void refuse_isotope(std::string_view word, const IsotopeLike& isotope) {
-  const std::string message = "no source is called " + std::string(word);
-  if (physics::element_with_symbol(isotope.symbol) != nullptr) {
+// "25um,", "2,5mm" and "10,5% Fe // Ni" with the comma at `comma`.
+void refuse_comma(std::string_view word, std::size_t comma) {
+  const std::string_view first = word.substr(0, comma);
+  const std::string_view second = word.substr(comma + 1);
+  const auto one = leading_number(first);
+  const auto other = leading_number(second);
+  const auto column = static_cast<int>(comma) + 1;
+  if (one && looks_like_thickness(*one)) {
     throw InputError(
-        message + "; ^" + std::string(word) + " names the isotope in a formula",
-        1);
+        "',' separates energies, and " + std::string(first) + " is none",
+        column, "a blank stands behind a thickness");
   }
-  std::vector<std::string_view> names;
-  for (const auto& source : physics::sources()) names.push_back(source.name);
-  const auto nearest = physics::nearest(word, names, 1);
-  if (!nearest.empty()) {
-    throw InputError(message + "; did you mean " + nearest.front() + "?", 1);
-  }
+  if (!one || !one->rest.empty() || !other) return;
+  const std::string_view unit = other->rest.substr(0, other->rest.find(' '));
+  if (!looks_like_thickness(*other) && !is_amount(unit)) return;
+  throw InputError("',' separates energies", column,
+                   "a decimal takes a point: " + std::string(one->typed) + "." +
+                       std::string(other->typed) + std::string(unit));
 }
 
 // A word that begins with a number and is neither thickness nor energy.
 Kind refuse_or_formula(std::string_view word, const Number& number) {
-  if (const auto isotope = isotope_like(word)) refuse_isotope(word, *isotope);
+  refuse_isotope(word);
+  refuse_joined(word, number);
   const std::string_view rest = number.rest;
-  if (is_unit_in_other_letters(rest)) {
-    refuse_unit(rest, number.typed.size() + 1);
-  }
+  const auto column = static_cast<std::size_t>(rest.data() - word.data()) + 1;
+  if (is_unit_in_other_letters(rest)) refuse_unit(rest, column);
   const bool symbol =
       'A' <= rest[0] && rest[0] <= 'Z' &&
       (physics::element_with_symbol(rest.substr(0, 2)) != nullptr ||
        physics::element_with_symbol(rest.substr(0, 1)) != nullptr);
   // The reader of formulas knows best what is wrong with a count in front.
   if (symbol || rest[0] == '(' || rest[0] == '[') return Kind::kMaterial;
-  refuse_unit(rest, number.typed.size() + 1);
+  refuse_unit(rest, column);
 }
 
 Kind kind_behind_number(std::string_view word, const Number& number) {
   const std::string_view rest = number.rest;
+  if (const std::size_t comma = word.find(','); comma != word.npos) {
+    refuse_comma(word, comma);
+  }
   if (rest.empty() || rest[0] == ',' || rest[0] == ':') return Kind::kEnergies;
   if (looks_like_thickness(number)) {
     return is_amount(rest) ? Kind::kMaterial : Kind::kThickness;
@@ -371,13 +379,26 @@ void Reader::refuse_second(const Question& question, const Word& word) {
   try {
     material(word.text);
   } catch (const InputError&) {
+    const auto source = nearest_source(word.text);
     refuse(question, word.at,
            quoted(word.text) + " is no thickness and no energy",
-           "25um, 50mg/cm2; 14.41, 122keV, 57Co");
+           source.empty() ? "25um, 50mg/cm2; 14.41, 122keV, 57Co"
+                          : "did you mean " + source + "?");
   }
   refuse(question, word.at,
          quoted(word.text) + " is a second material in this layer",
          "put + between layers, // between parts of a mixture");
+}
+
+// "CuSO4 + 5H2O" and "CuSO4 + 5 H2O" without quotes, where `word` is the 5.
+void Reader::refuse_adduct(const Question& question, const Word& word) const {
+  const bool behind_plus = open_ && layers_ > 0;
+  if (!behind_plus || !leading_number(word.text) ||
+      question.thicknesses[layers_ - 1].given != Given::kNothing) {
+    return;
+  }
+  refuse(question, word.at, "no layer begins with " + quoted(word.text),
+         "quotes around a formula with blanks, or * in place of +");
 }
 
 // Takes the material that begins with word `first`; returns its last word.
@@ -400,9 +421,14 @@ std::size_t Reader::add_layer(Question& question, std::size_t first) {
   const auto text =
       std::string_view(question.typed).substr(word.at, end - word.at);
   auto& layer = question.layers[layers_];
-  layer.material =
-      at_word(question, word.at,
-              [&]() -> const physics::Material& { return material(text); });
+  try {
+    layer.material =
+        at_word(question, word.at,
+                [&]() -> const physics::Material& { return material(text); });
+  } catch (const InputError&) {
+    refuse_adduct(question, word);
+    throw;
+  }
   layer.d = {};
   question.thicknesses[layers_].given = Given::kNothing;
   question.thicknesses[layers_].typed.clear();
@@ -454,6 +480,7 @@ std::size_t Reader::take(Question& question, std::size_t i) {
       set_layer(question, word, kind);
       return i;
     case Kind::kEnergies:
+      refuse_adduct(question, word);
       at_word(question, word.at, [&] {
         read_energies(word.text, word.at, question.beams, question.notes);
       });

@@ -79,6 +79,7 @@ class Reader {
   std::size_t last_of_material(std::size_t first) const;
   std::size_t add_layer(Question& question, std::size_t first);
   [[noreturn]] void refuse_second(const Question& question, const Word& word);
+  void refuse_adduct(const Question& question, const Word& word) const;
   void next_layer(const Question& question, const Word& plus);
   void set_layer(Question& question, const Word& word, Kind kind);
 

@@ -20,15 +20,17 @@ constexpr std::array kLengths = {
     Unit{"nm", 1e-7}, Unit{"um", 1e-4}, Unit{"mm", 0.1},
     Unit{"cm", 1.0},  Unit{"m", 100.0}, Unit{"mil", 2.54e-3},
     Unit{"in", 2.54}, Unit{"µm", 1e-4}, Unit{"μm", 1e-4}};
-constexpr std::array kAreaMasses = {Unit{"ug/cm2", 1e-6},  Unit{"mg/cm2", 1e-3},
-                                    Unit{"g/cm2", 1.0},    Unit{"kg/m2", 0.1},
-                                    Unit{"µg/cm2", 1e-6},  Unit{"μg/cm2", 1e-6},
-                                    Unit{"mg/cm^2", 1e-3}, Unit{"g/cm^2", 1.0},
-                                    Unit{"mg/cm²", 1e-3},  Unit{"g/cm²", 1.0}};
+// As advice names them; every mass per area is one.
+constexpr std::array kAreaMasses = {
+    std::string_view("ug/cm2"), std::string_view("mg/cm2"),
+    std::string_view("g/cm2"), std::string_view("kg/m2")};
 constexpr std::array kMasses = {Unit{"ug", 1e-6}, Unit{"mg", 1e-3},
-                                Unit{"g", 1.0}, Unit{"kg", 1000.0}};
-constexpr std::array kAreas = {Unit{"mm2", 0.01}, Unit{"cm2", 1.0},
-                               Unit{"m2", 1e4}};
+                                Unit{"g", 1.0},   Unit{"kg", 1000.0},
+                                Unit{"µg", 1e-6}, Unit{"μg", 1e-6}};
+constexpr std::array kAreas = {
+    Unit{"mm2", 0.01},  Unit{"cm2", 1.0},  Unit{"m2", 1e4},
+    Unit{"mm²", 0.01},  Unit{"cm²", 1.0},  Unit{"m²", 1e4},
+    Unit{"mm^2", 0.01}, Unit{"cm^2", 1.0}, Unit{"m^2", 1e4}};
 constexpr std::array kEnergies = {Unit{"keV", 1.0}, Unit{"eV", 1e-3},
                                   Unit{"MeV", 1e3}};
 
@@ -61,12 +63,15 @@ double positive(const std::optional<Number>& number, std::string_view part,
   return number->value;
 }
 
-// The area behind "/": "d13mm" of a disc, or "1.33cm2".
+// The area behind "/": "d13mm" of a disc, "1.33cm2", or a unit alone.
 double area(std::string_view part, std::string_view word) {
+  if (const Unit* unit = find(kAreas, part); unit != nullptr) {
+    return unit->factor;
+  }
   if (part.starts_with('d')) {
     const auto number = leading_number(part.substr(1));
     const double value = positive(number, part.substr(1), word, "a diameter");
-    const Unit* unit = length_unit(number->rest);
+    const Unit* unit = find(kLengths, number->rest);
     if (unit == nullptr) {
       refuse_unit(number->rest,
                   static_cast<std::size_t>(column_of(number->rest, word)));
@@ -75,6 +80,10 @@ double area(std::string_view part, std::string_view word) {
     return std::numbers::pi * radius * radius;
   }
   const auto number = leading_number(part);
+  if (!number && !part.empty()) {  // "5mg/cm3"
+    const std::string_view unit = leading_number(word)->rest;
+    refuse_unit(unit, static_cast<std::size_t>(column_of(unit, word)));
+  }
   const double value = positive(number, part, word, "an area");
   const Unit* unit = find(kAreas, number->rest);
   if (unit == nullptr) {
@@ -98,12 +107,10 @@ LengthOrAreaMass in_range(const LengthOrAreaMass& thickness,
 }
 
 std::vector<std::string_view> all_units() {
-  std::vector<std::string_view> names;
-  for (const std::span<const Unit> units :
-       {std::span<const Unit>(kEnergies), std::span<const Unit>(kLengths),
-        std::span<const Unit>(kAreaMasses)}) {
-    for (const auto& unit : units) names.push_back(unit.name);
-  }
+  std::vector<std::string_view> names(kAreaMasses.begin(), kAreaMasses.end());
+  names.reserve(kAreaMasses.size() + kEnergies.size() + kLengths.size());
+  for (const auto& unit : kEnergies) names.push_back(unit.name);
+  for (const auto& unit : kLengths) names.push_back(unit.name);
   return names;
 }
 
@@ -124,7 +131,11 @@ std::string meant_unit(std::string_view name) {
   }
   if (name.size() > 16) return {};
   const auto near = nearest(name, known, 1);
-  return near.empty() ? std::string() : near.front();
+  if (near.empty()) return {};
+  // "km" is not meant for nm: another prefix is another size.
+  const bool other_prefix =
+      near.front().size() == name.size() && near.front()[0] != name[0];
+  return other_prefix ? std::string() : near.front();
 }
 
 }  // namespace
@@ -141,37 +152,31 @@ std::optional<Number> leading_number(std::string_view word) {
   if (error == std::errc::invalid_argument) return std::nullopt;
   number.typed = word.substr(0, static_cast<std::size_t>(stop - word.data()));
   number.rest = word.substr(number.typed.size());
+  // "25 um" in quotes.
+  const std::size_t blanks = number.rest.find_first_not_of(' ');
+  number.rest.remove_prefix(std::min(blanks, number.rest.size()));
   if (error == std::errc::result_out_of_range) {
     throw InputError("a number of this size cannot be computed with", 1);
   }
   return number;
 }
 
-const Unit* length_unit(std::string_view name) { return find(kLengths, name); }
-const Unit* area_mass_unit(std::string_view name) {
-  return find(kAreaMasses, name);
-}
-const Unit* mass_unit(std::string_view name) { return find(kMasses, name); }
 const Unit* energy_unit(std::string_view name) { return find(kEnergies, name); }
 
 bool looks_like_thickness(const Number& number) {
-  return length_unit(number.rest) != nullptr ||
-         area_mass_unit(number.rest) != nullptr ||
-         mass_unit(number.rest.substr(0, number.rest.find('/'))) != nullptr;
+  return find(kLengths, number.rest) != nullptr ||
+         find(kMasses, number.rest.substr(0, number.rest.find('/'))) != nullptr;
 }
 
 LengthOrAreaMass thickness(std::string_view word) {
   const auto number = leading_number(word);
   const double value = positive(number, word, word, "a thickness");
   const std::string_view rest = number->rest;
-  if (const Unit* unit = length_unit(rest); unit != nullptr) {
+  if (const Unit* unit = find(kLengths, rest); unit != nullptr) {
     return in_range({Length{value * unit->factor}, {}}, word);
   }
-  if (const Unit* unit = area_mass_unit(rest); unit != nullptr) {
-    return in_range({{}, {value * unit->factor}}, word);
-  }
   const std::size_t slash = rest.find('/');
-  const Unit* mass = mass_unit(rest.substr(0, slash));
+  const Unit* mass = find(kMasses, rest.substr(0, slash));
   if (mass == nullptr) {
     refuse_unit(rest, static_cast<std::size_t>(column_of(rest, word)));
   }
@@ -211,6 +216,10 @@ void refuse_unit(std::string_view name, std::size_t column) {
   }
   const std::string message = "unit '" + std::string(name) + "' is not known";
   const std::string meant = meant_unit(name);
+  if (meant == name) {
+    throw InputError("unit '" + std::string(name) + "' has no place here",
+                     static_cast<int>(column), kKnown);
+  }
   if (!meant.empty()) {
     throw InputError(message + "; did you mean " + meant + "?",
                      static_cast<int>(column));

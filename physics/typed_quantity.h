@@ -15,7 +15,7 @@ namespace physics {
 struct Number {
   double value = 0.0;
   std::string_view typed;
-  std::string_view rest;  // behind it
+  std::string_view rest;  // behind it and a blank
 };
 
 // Nothing where `word` does not begin with a digit, or with a point or minus
@@ -27,10 +27,7 @@ struct Unit {
   double factor;
 };
 
-const Unit* length_unit(std::string_view name);     // to cm
-const Unit* area_mass_unit(std::string_view name);  // to g/cm2
-const Unit* mass_unit(std::string_view name);       // to g
-const Unit* energy_unit(std::string_view name);     // to keV
+const Unit* energy_unit(std::string_view name);  // to keV
 
 // A thickness, by length or by mass per area.
 struct LengthOrAreaMass {
