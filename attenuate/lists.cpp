@@ -151,7 +151,8 @@ int list_edges(Arguments arguments, Output& output) {
       if (!shell.empty() && shell.substr(1) != edge.shell) continue;
       records.rows.push_back({std::string(element.symbol),
                               std::string(edge.shell), energy(edge.energy),
-                              number(edge.jump), edge.in_table ? "yes" : "no"});
+                              edge.jump > 1.0 ? number(edge.jump) : "",
+                              edge.in_table ? "yes" : "no"});
     }
   }
   return print(search, "element", known, records, output);
@@ -164,8 +165,8 @@ int list_elements(Arguments arguments, Output& output) {
                    {"symbol", 7, Show::kAlways},
                    {"name", 13, Show::kAlways},
                    {"weight_g_mol", 13, Show::kNumber},
-                   {"first_keV", 10, Show::kNumber},
-                   {"last_keV", 10, Show::kNumber},
+                   {"first_keV", 0, Show::kNumberDetail},
+                   {"last_keV", 0, Show::kNumberDetail},
                    {"density_g_cm3", 14, Show::kNumber},
                    {"form", 0, Show::kAlways},
                    {"temperature", 0, Show::kDetail},

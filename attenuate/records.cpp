@@ -3,33 +3,42 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "attenuate/layout.h"
+
 namespace attenuate {
 namespace {
 
-constexpr std::size_t kWidth = 80;
+constexpr int kWidth = 80;
 
-std::size_t width_of(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(),
-      [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+bool is_detail(const RecordColumn& column) {
+  return column.show == Show::kDetail || column.show == Show::kNumberDetail;
 }
 
-// The names of the columns have their units behind underscores.
-std::string cell(const RecordColumn& column, std::string_view text) {
-  const std::size_t width = width_of(text);
-  const std::size_t blanks = column.width > width ? column.width - width : 1;
-  std::string padding(column.width == 0 ? 0 : blanks, ' ');
-  return column.show == Show::kNumber ? padding + std::string(text)
-                                      : std::string(text) + padding;
+bool is_number(const RecordColumn& column) {
+  return column.show == Show::kNumber || column.show == Show::kNumberDetail;
 }
 
-void write_text_line(std::string line, bool whole, Output& output) {
-  line.erase(line.find_last_not_of(' ') + 1);
-  if (!whole && width_of(line) > kWidth) {
-    std::size_t end = kWidth - 3;
-    while ((static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) --end;
-    line.replace(end, line.npos, "...");
+// The last cell, of words, takes what is left of the line; numbers are never
+// cut.
+std::string cell(const RecordColumn& column, std::string_view text, int room) {
+  if (column.width == 0) return shortened(text, std::max(room, 1));
+  const int blanks = static_cast<int>(column.width) - width(text);
+  const std::string padding(static_cast<std::size_t>(std::max(blanks, 1)), ' ');
+  return is_number(column) ? padding + std::string(text) + "  "
+                           : std::string(text) + padding;
+}
+
+template <typename Text>
+void write_text_line(const Records& records, bool whole, Text text,
+                     Output& output) {
+  std::string line;
+  for (std::size_t i = 0; i < records.columns.size(); ++i) {
+    if (is_detail(records.columns[i])) continue;
+    const std::string_view shown = text(i);
+    const int room = whole ? width(shown) : kWidth - width(line);
+    line += cell(records.columns[i], shown, room);
   }
+  line.erase(line.find_last_not_of(' ') + 1);
   output.text(line + "\n");
 }
 
@@ -42,7 +51,7 @@ bool is_repeated(const Records& records, std::size_t row, std::size_t column) {
 void write_details(const Records& records, std::size_t row, Output& output) {
   for (std::size_t i = 0; i < records.columns.size(); ++i) {
     const auto& text = records.rows[row][i];
-    if (records.columns[i].show != Show::kDetail || text.empty()) continue;
+    if (!is_detail(records.columns[i]) || text.empty()) continue;
     if (is_repeated(records, row, i)) continue;
     std::string name(records.columns[i].name);
     std::replace(name.begin(), name.end(), '_', ' ');
@@ -51,22 +60,14 @@ void write_details(const Records& records, std::size_t row, Output& output) {
 }
 
 void write_text(const Records& records, bool details, Output& output) {
-  std::string heading;
-  for (const auto& column : records.columns) {
-    if (column.show == Show::kDetail) continue;
-    heading += cell(column, column.name);
-    if (column.show == Show::kNumber) heading += "  ";
-  }
-  write_text_line(heading, details, output);
+  write_text_line(
+      records, details, [&](std::size_t i) { return records.columns[i].name; },
+      output);
   for (std::size_t r = 0; r < records.rows.size(); ++r) {
-    const auto& row = records.rows[r];
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (records.columns[i].show == Show::kDetail) continue;
-      line += cell(records.columns[i], row[i]);
-      if (records.columns[i].show == Show::kNumber) line += "  ";
-    }
-    write_text_line(line, details, output);
+    write_text_line(
+        records, details,
+        [&](std::size_t i) -> const std::string& { return records.rows[r][i]; },
+        output);
     if (details) write_details(records, r, output);
   }
 }
@@ -91,7 +92,7 @@ nlohmann::ordered_json object(const Records& records,
   for (std::size_t i = 0; i < row.size(); ++i) {
     auto& value = json[std::string(records.columns[i].name)];
     if (row[i].empty()) continue;
-    if (records.columns[i].show == Show::kNumber) {
+    if (is_number(records.columns[i])) {
       value = nlohmann::ordered_json::parse(row[i]);
     } else {
       value = row[i];

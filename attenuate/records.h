@@ -16,8 +16,9 @@ namespace attenuate {
 // How a column shows in text.
 enum class Show {
   kAlways,
-  kNumber,  // aligned to the right; a number in JSON
-  kDetail,  // below the record, where details are wanted
+  kNumber,        // aligned to the right; a number in JSON
+  kDetail,        // below the record, where details are wanted
+  kNumberDetail,  // the same, a number in JSON
 };
 
 struct RecordColumn {
