@@ -46,7 +46,7 @@ More options
   --rule pchip         monotone cubic on logarithms (default)
   --rule parabola      the rule of the dialogue, in single precision
   --weight photons     a source sums its lines by photons (default)
-  --weight energy      by photons times energy
+  --weight energy      by photons times energy, as the answer then says
   --data DIR           tables and densities of a directory of one's own
   --strict             refuse what is answered with a note
   --explain            mass fractions, coefficients, mu and exponent (text only)
@@ -87,6 +87,11 @@ std::string help_all() {
     text += usage + std::string(entry.summary) + "\n";
   }
   return text;
+}
+
+std::string version(const Settings& settings) {
+  return std::string(kProgram) + "\n" + std::string(settings.data->version()) +
+         "\n";
 }
 
 std::span<const std::string_view> option_names() { return kOptions; }

@@ -7,10 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include "attenuate/settings.h"
+
 namespace attenuate {
 
-std::string help();      // fits a screen of 24 lines
-std::string help_all();  // everything
+std::string help();                             // fits a screen of 24 lines
+std::string help_all();                         // everything
+std::string version(const Settings& settings);  // of program and tables
 
 // "--csv", ...
 std::span<const std::string_view> option_names();

@@ -1,9 +1,11 @@
 #include "attenuate/lists.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
+#include "attenuate/help.h"
 #include "attenuate/number.h"
 #include "attenuate/options.h"
 #include "attenuate/records.h"
@@ -16,6 +18,17 @@ namespace {
 
 using Names = std::vector<std::string_view>;
 
+constexpr char kUsage[] =
+    R"(attenuate materials|sources|edges|elements [TEXT]: what is known, and where it
+is from. With TEXT only what contains it, in detail; edges and elements take a
+symbol as well.
+
+  attenuate materials nitroprusside
+  attenuate edges Fe --csv
+
+--tsv --csv --json --jsonl as everywhere; elements takes --data DIR too
+)";
+
 std::string lower(std::string_view text) {
   std::string result(text);
   for (char& c : result) {
@@ -26,7 +39,11 @@ std::string lower(std::string_view text) {
 
 // A list with its search: options, and the words as one text.
 struct Search {
-  explicit Search(Arguments arguments) : request(read_options(arguments)) {
+  // used  the options that the list takes
+  explicit Search(Arguments arguments,
+                  std::span<const std::string_view> used = {})
+      : request(read_options(arguments)) {
+    refuse_unused(request, used, "this list");
     for (const auto word : request.words) {
       text += (text.empty() ? "" : " ") + std::string(word);
     }
@@ -66,6 +83,14 @@ struct Search {
 
 int print(const Search& search, const std::string& kind, const Names& known,
           const Records& records, Output& output) {
+  if (search.request.told == Told::kVersion) {
+    output.text(version(search.request.settings));
+    return 0;
+  }
+  if (search.request.told != Told::kNothing) {
+    output.text(kUsage);
+    return 0;
+  }
   if (records.rows.empty()) refuse(search, kind, known);
   write_records(records, search.request.settings.format, !search.wants_all(),
                 output);
@@ -159,7 +184,8 @@ int list_edges(Arguments arguments, Output& output) {
 }
 
 int list_elements(Arguments arguments, Output& output) {
-  const Search search(arguments);
+  static constexpr std::array<std::string_view, 1> kUsed = {"--data"};
+  const Search search(arguments, kUsed);
   const physics::Data& data = *search.request.settings.data;
   Records records{{{"z", 4, Show::kNumber},
                    {"symbol", 7, Show::kAlways},

@@ -3,6 +3,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <exception>
 #include <span>
 #include <string>
@@ -66,10 +69,13 @@ std::string told(const Request& request) {
     case Told::kHelpAll:
       return help_all();
     default:
-      return std::string(kProgram) + "\n" +
-             std::string(request.settings.data->version()) + "\n";
+      return version(request.settings);
   }
 }
+
+constexpr std::array<std::string_view, 8> kOfSpectrum = {
+    "--spectrum", "--plot", "--svg",    "--digits",
+    "--strict",   "--rule", "--weight", "--data"};
 
 int answer_request(Arguments arguments, Output& output) {
   const Request request = read_options(arguments);
@@ -84,7 +90,10 @@ int answer_request(Arguments arguments, Output& output) {
     throw physics::InputError("--beside adds to a figure", 0,
                               "with --plot or --svg FILE");
   }
-  if (request.spectrum) return answer_spectrum(request, output);
+  if (request.spectrum) {
+    refuse_unused(request, kOfSpectrum, "--spectrum");
+    return answer_spectrum(request, output);
+  }
   if (!request.batch) return answer_question(request, output);
   if (request.words.empty()) {
     return answer_batch(*request.batch, request.settings, output);
@@ -93,8 +102,18 @@ int answer_request(Arguments arguments, Output& output) {
                             0);
 }
 
-int run(Arguments arguments) {
+// Options in front of a subcommand are its options.
+void put_subcommand_first(std::vector<std::string_view>& arguments) {
+  const std::size_t i = leading_options(arguments);
+  if (i == arguments.size() || subcommand(arguments[i]) == nullptr) return;
+  const auto at = arguments.begin() + static_cast<std::ptrdiff_t>(i);
+  std::rotate(arguments.begin(), at, at + 1);
+}
+
+int run(std::vector<std::string_view> words) {
   Output output(STDOUT_FILENO);
+  put_subcommand_first(words);
+  const Arguments arguments(words);
   try {
     const Subcommand* entry =
         arguments.empty() ? nullptr : subcommand(arguments[0]);
@@ -119,6 +138,5 @@ int run(Arguments arguments) {
 }  // namespace attenuate
 
 int main(int argc, char** argv) {
-  const std::vector<std::string_view> arguments(argv + 1, argv + argc);
-  return attenuate::run(arguments);
+  return attenuate::run({argv + 1, argv + argc});
 }

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <map>
+#include <array>
 
 #include "base/fatal.h"
 #include "physics/errors.h"
@@ -27,12 +27,10 @@ void declare(CLI::App& app, Typed& typed, Request& request) {
   app.set_help_flag();
   // Words are left to themselves: the parser would take [Fe(CN)6] for a list.
   app.allow_extras();
-  auto* formats = app.add_option_group("formats");
-  formats->add_flag("--tsv", typed.tsv);
-  formats->add_flag("--csv", typed.csv);
-  formats->add_flag("--json", typed.json);
-  formats->add_flag("--jsonl", typed.json_lines);
-  formats->require_option(0, 1);
+  app.add_flag("--tsv", typed.tsv);
+  app.add_flag("--csv", typed.csv);
+  app.add_flag("--json", typed.json);
+  app.add_flag("--jsonl", typed.json_lines);
   app.add_flag("--explain", settings.explain);
   app.add_flag("--mu-en", settings.energy_absorption);
   app.add_flag("--strict", settings.strict);
@@ -53,6 +51,10 @@ void declare(CLI::App& app, Typed& typed, Request& request) {
 }
 
 Format format(const Typed& typed) {
+  if (typed.tsv + typed.csv + typed.json + typed.json_lines > 1) {
+    throw physics::InputError("more than one format", 0,
+                              "one of --tsv, --csv, --json and --jsonl");
+  }
   if (typed.tsv) return Format::kTsv;
   if (typed.csv) return Format::kCsv;
   if (typed.json) return Format::kJson;
@@ -68,6 +70,10 @@ void parse(CLI::App& app, std::span<const std::string_view> arguments) {
     std::string message = error.what();
     if (!message.empty()) {
       message.erase(message.find_last_not_of(".\n") + 1);
+    }
+    // The parser's "--digits: 1 required INT missing".
+    if (message.ends_with(" missing")) {
+      message = message.substr(0, message.find(':')) + " needs a value";
     }
     throw physics::InputError(message, 0, "attenuate --help");
   }
@@ -117,10 +123,19 @@ Request read_options(std::span<const std::string_view> arguments,
   CLI::App app;
   Typed typed;
   declare(app, typed, request);
+  const std::vector<CLI::Option*> common = app.get_options();
   for (const OwnOption& option : own)
     app.add_option(option.name, *option.value);
-  parse(app, arguments);
+  // Behind "--" everything is a word.
+  const auto end = std::find(arguments.begin(), arguments.end(), "--");
+  parse(app, {arguments.begin(), end});
   request.words = words_of(arguments, app.remaining());
+  if (end != arguments.end()) {
+    request.words.insert(request.words.end(), end + 1, arguments.end());
+  }
+  for (const CLI::Option* option : common) {
+    if (option->count() > 0) request.given.push_back(option->get_name());
+  }
   request.settings.format = format(typed);
   if (typed.rule == "parabola") {
     request.settings.rule = physics::Rule::kParabola;
@@ -128,11 +143,17 @@ Request read_options(std::span<const std::string_view> arguments,
   if (typed.weight == "energy") {
     request.settings.weighting = physics::Weighting::kEnergy;
   }
+  request.settings.own_digits = app.count("--digits") > 0;
   if (app.count("--batch") > 0) request.batch = typed.batch;
   if (app.count("--spectrum") > 0) request.spectrum = typed.spectrum;
   if (app.count("--svg") > 0) request.svg = typed.svg;
   if (request.plot && request.settings.format != Format::kText) {
     throw physics::InputError("--plot stands in place of text", 0,
+                              "--svg FILE draws beside numbers");
+  }
+  if (request.svg == "-" &&
+      (request.plot || request.settings.format != Format::kText)) {
+    throw physics::InputError("--svg - has standard output to itself", 0,
                               "--svg FILE draws beside numbers");
   }
   if (typed.version) request.told = Told::kVersion;
@@ -143,6 +164,41 @@ Request read_options(std::span<const std::string_view> arguments,
     request.settings.data = request.own_data.get();
   }
   return request;
+}
+
+void refuse_unused(const Request& request,
+                   std::span<const std::string_view> used,
+                   const std::string& who) {
+  static constexpr std::array<std::string_view, 7> kEverybodys = {
+      "--tsv",  "--csv",      "--json",   "--jsonl",
+      "--help", "--help-all", "--version"};
+  for (const std::string& name : request.given) {
+    const auto is_name = [&](std::string_view one) { return one == name; };
+    if (std::none_of(used.begin(), used.end(), is_name) &&
+        std::none_of(kEverybodys.begin(), kEverybodys.end(), is_name)) {
+      throw physics::InputError(who + " takes no " + name, 0);
+    }
+  }
+}
+
+std::size_t leading_options(std::span<const std::string_view> arguments) {
+  if (arguments.empty() || !is_option(arguments[0])) return 0;
+  CLI::App app;
+  Typed typed;
+  Request request;
+  declare(app, typed, request);
+  std::size_t i = 0;
+  while (i < arguments.size() && is_option(arguments[i])) {
+    const CLI::Option* option =
+        app.get_option_no_throw(std::string(arguments[i]));
+    if (option == nullptr && arguments[i].find('=') == std::string_view::npos) {
+      break;
+    }
+    const bool has_value =
+        option != nullptr && option->get_items_expected_min() > 0;
+    i += has_value ? 2 : 1;
+  }
+  return std::min(i, arguments.size());
 }
 
 }  // namespace attenuate

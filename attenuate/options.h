@@ -27,6 +27,7 @@ struct Request {
   bool plot = false;                    // a figure in place of text
   std::optional<std::string> svg;       // file of a figure, or "-"
   std::vector<std::string> beside;      // questions with the same energies
+  std::vector<std::string> given;       // names of the options, not its own
   // What settings.data points to, where that is not built in.
   std::unique_ptr<const physics::Data> own_data;
 
@@ -43,6 +44,17 @@ struct OwnOption {
 // is unknown or wrong; data that cannot be read.
 Request read_options(std::span<const std::string_view> arguments,
                      std::span<const OwnOption> own = {});
+
+// Throws physics::InputError: an option is given that is not one of `used`,
+// formats and what tells of the program.
+// who  whom it means nothing to: "a list"
+void refuse_unused(const Request& request,
+                   std::span<const std::string_view> used,
+                   const std::string& who);
+
+// How many of the arguments are options, with their values, in front of the
+// first word. Options that are not everybody's count as words.
+std::size_t leading_options(std::span<const std::string_view> arguments);
 
 }  // namespace attenuate
 

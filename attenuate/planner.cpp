@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -13,6 +14,8 @@
 
 #include "attenuate/complaint.h"
 #include "attenuate/echo.h"
+#include "attenuate/help.h"
+#include "attenuate/notes.h"
 #include "attenuate/quantity.h"
 #include "attenuate/tables.h"
 #include "attenuate/words.h"
@@ -50,11 +53,13 @@ int run_planner(std::span<const std::string_view> arguments,
     output.text(planner.usage);
     return 0;
   }
-  if (request.batch || request.spectrum || !request.beside.empty()) {
-    throw physics::InputError(
-        "a planner answers one question: no --batch, --spectrum or --beside",
-        0);
+  if (request.told == Told::kVersion) {
+    output.text(version(request.settings));
+    return 0;
   }
+  static constexpr std::array<std::string_view, 6> kUsed = {
+      "--plot", "--svg", "--digits", "--strict", "--rule", "--data"};
+  refuse_unused(request, kUsed, "a planner");
   Question question;
   try {
     Reader(*request.settings.data)
