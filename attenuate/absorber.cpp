@@ -7,6 +7,7 @@
 #include <limits>
 #include <numeric>
 
+#include "attenuate/notes.h"
 #include "attenuate/number.h"
 #include "attenuate/planner.h"
 #include "attenuate/planners.h"
@@ -442,6 +443,9 @@ Plan plan(const Typed& typed, const Request& request, Question& question) {
   const physics::Absorber absorber{
       resonance.mu_rho,
       physics::resonance_cross_section(nuclear) * resonance.nuclei_per_g * f.f *
+  const physics::Line line{nuclear.energy};
+  add_notes(question, {&line, 1}, *settings.data);
+
           lines.weight,
       // The layers take from the line, not from what stands beside it.
       background / passed};

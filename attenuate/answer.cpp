@@ -210,15 +210,9 @@ void Answerer::check_tables(const Question& question) {
   }
 }
 
-void Answerer::check_strict(const Question& question) const {
-  if (!settings_.strict || question.notes.empty()) return;
-  throw physics::InputError(question.notes.front(), 0,
-                            "--strict takes no answer with a note");
-}
-
 void Answerer::answer(Question& question, Writer& writer) {
   add_notes(question, *settings_.data);
-  check_strict(question);
+  check_strict(question.notes, settings_);
   // Nothing is printed of what cannot be answered in full.
   check_tables(question);
   if (question.unknown) check_solvable(question);

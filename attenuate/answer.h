@@ -85,7 +85,6 @@ class Answerer {
   void answer_energies(Question& question, const Beam& beam, Writer& writer);
 
   void check_tables(const Question& question);
-  void check_strict(const Question& question) const;
 
   const Settings& settings_;
   std::vector<LayerValue> values_;

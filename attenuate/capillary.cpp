@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "attenuate/notes.h"
 #include "attenuate/number.h"
 #include "attenuate/planner.h"
 #include "attenuate/planners.h"
@@ -178,7 +179,7 @@ Figure figure(const Answer& answer) {
 }
 
 Plan plan(const Typed& typed, const Request& request, Question& question) {
-  const std::size_t sample = sample_layer(question);
+  const std::size_t sample = bare_sample_layer(question);
   const physics::Material& material = question.layers[sample].material;
   if (!material.density) {
     throw InputError("a capillary of " + material.typed + " needs a density", 0,
@@ -192,6 +193,7 @@ Plan plan(const Typed& typed, const Request& request, Question& question) {
                       length_option("--diameter", typed.diameter),
                       number_option("--packing", typed.packing, 1e-6, 1.0),
                       energies(question)};
+  add_notes(question, *request.settings.data);
   Plan result{report(answer), {}};
   if (request.draws()) result.figure = figure(answer);
   return result;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "attenuate/notes.h"
 #include "attenuate/number.h"
 #include "attenuate/planner.h"
 #include "attenuate/tables.h"
@@ -272,7 +273,14 @@ bool draw_question(const Request& request, Question& question, Output& output) {
   const bool thickness = subject.questions[0].has_thickness();
   for (const std::string& words : request.beside) {
     Question other;
-    Reader(*request.settings.data).read_line(words, other, Needs::kThicknesses);
+    try {
+      Reader(*request.settings.data)
+          .read_line(words, other, Needs::kThicknesses);
+    } catch (const InputError&) {
+      // The column counts in these words.
+      question.typed = words;
+      throw;
+    }
     if (!other.beams.empty()) {
       throw InputError("--beside '" + words +
                            "' has the energies of the "
@@ -285,6 +293,11 @@ bool draw_question(const Request& request, Question& question, Output& output) {
           0, "a thickness for every material, or for none");
     }
     subject.questions.push_back(std::move(other));
+  }
+  for (Question& each : subject.questions) {
+    each.beams = question.beams;
+    add_notes(each, *request.settings.data);
+    check_strict(each.notes, request.settings);
   }
   const bool unknown = subject.questions[0].unknown.has_value();
   if (unknown && !subject.single_energies()) {

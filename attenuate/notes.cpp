@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "attenuate/number.h"
+#include "physics/errors.h"
 #include "physics/table.h"
 
 namespace attenuate {
@@ -158,6 +159,32 @@ void add_notes(Question& question, const physics::Data& data) {
   for (const int z : elements_of(question)) {
     for (const auto& beam : question.beams) note_beam(question, beam, z, data);
   }
+}
+
+void add_notes(Question& question, std::span<const physics::Line> lines,
+               const physics::Data& data) {
+  for (const int z : elements_of(question)) {
+    if (lines.size() == 1) {
+      note_energy(question, lines[0].energy, z, data);
+      continue;
+    }
+    note_edges_between(question, lines.front().energy, lines.back().energy, z,
+                       data);
+    for (const auto& line : lines) note_doubt(question, line.energy, z, data);
+  }
+}
+
+void add_doubts(Question& question, Energy energy, const physics::Data& data) {
+  for (const int z : elements_of(question)) {
+    note_doubt(question, energy, z, data);
+  }
+}
+
+void check_strict(const std::vector<std::string>& notes,
+                  const Settings& settings) {
+  if (!settings.strict || notes.empty()) return;
+  throw physics::InputError(notes.front(), 0,
+                            "--strict takes no answer with a note");
 }
 
 }  // namespace attenuate

@@ -68,10 +68,7 @@ int run_planner(std::span<const std::string_view> arguments,
     plan.report.question = question.typed;
     plan.report.notes.insert(plan.report.notes.begin(), question.notes.begin(),
                              question.notes.end());
-    if (request.settings.strict && !plan.report.notes.empty()) {
-      throw physics::InputError(plan.report.notes.front(), 0,
-                                "without --strict this is a note");
-    }
+    check_strict(plan.report.notes, request.settings);
     if (!show_figure(plan.figure, request, output))
       write_report(plan.report, request.settings, output);
     return 0;
@@ -155,6 +152,17 @@ std::size_t sample_layer(const Question& question) {
                               "without T= and mux=");
   }
   return sample.value_or(0);
+}
+
+std::size_t bare_sample_layer(const Question& question) {
+  const std::size_t sample = sample_layer(question);
+  const Thickness& thickness = question.thicknesses[sample];
+  if (thickness.given != Given::kNothing) {
+    throw physics::InputError(
+        "the sample is planned without a thickness of its own",
+        question.column(thickness.at), "without " + thickness.typed);
+  }
+  return sample;
 }
 
 std::vector<physics::Layer> other_layers(const Question& question,

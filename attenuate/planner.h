@@ -56,6 +56,10 @@ double disc_area(physics::Length diameter);
 // Throws physics::InputError: several are without.
 std::size_t sample_layer(const Question& question);
 
+// The same where a thickness of the sample would count for nothing.
+// Throws physics::InputError: it has one.
+std::size_t bare_sample_layer(const Question& question);
+
 // The others, in the beam together with the sample.
 std::vector<physics::Layer> other_layers(const Question& question,
                                          std::size_t sample);

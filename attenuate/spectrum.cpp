@@ -10,6 +10,8 @@
 #include <numeric>
 
 #include "attenuate/complaint.h"
+#include "attenuate/echo.h"
+#include "attenuate/notes.h"
 #include "attenuate/number.h"
 #include "attenuate/planner.h"
 #include "attenuate/tables.h"
@@ -218,6 +220,8 @@ int answer(const Request& request, Question& question, Output& output) {
   const std::span<const physics::Layer> before(answer.layers.data(),
                                                answer.layer);
   answer.bins =
+  add_notes(question, answer.lines, *settings.data);
+  check_strict(question.notes, settings);
       physics::bins(answer.layers[answer.layer].material, answer.lines, before,
                     settings.weighting, settings.rule, *settings.data);
   if (request.draws() && show_figure(figure(answer), request, output)) return 0;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "attenuate/notes.h"
 #include "attenuate/number.h"
 #include "attenuate/planner.h"
 #include "attenuate/planners.h"
@@ -265,7 +266,7 @@ physics::Energy offset(const Question& question, const physics::Edge& edge) {
 
 Plan plan(const Typed& typed, const Request& request, Question& question) {
   const Settings& settings = request.settings;
-  const std::size_t sample = sample_layer(question);
+  const std::size_t sample = bare_sample_layer(question);
   const physics::Edge& chosen = edge(typed.edge);
   const physics::Energy above = offset(question, chosen);
   const physics::EdgeStep step = physics::edge_step(
@@ -283,6 +284,9 @@ Plan plan(const Typed& typed, const Request& request, Question& question) {
       physics::xafs_sample(step, mux, answer.mu_diluent, answer.ratio());
   if (!typed.disc.empty()) answer.disc = length_option("--disc", typed.disc);
   Plan result{report(answer), {}};
+  // That the energy is near an edge is no news here, but the row may be one in
+  // doubt.
+  add_doubts(question, step.energy, *settings.data);
   if (step.energy.keV < chosen.energy.keV + above.keV * (1.0 - 1e-9)) {
     result.report.notes.push_back(
         "another edge lies nearer than that: the step is taken just below it");
