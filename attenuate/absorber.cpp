@@ -241,6 +241,7 @@ std::string range(double from, double to, const std::string& unit) {
 
 void add_best(const Answer& answer, std::vector<Fact>& facts) {
   const auto& best = answer.best;
+  const int digits = answer.settings.plan_digits();
   facts.push_back(
       value("best_mg_cm2", "best thickness", mg(best.best), "mg/cm2"));
   if (answer.material().density) {
@@ -248,8 +249,9 @@ void add_best(const Answer& answer, std::vector<Fact>& facts) {
                           1e4 * (best.best / *answer.material().density).cm,
                           "um"));
     facts[facts.size() - 2].shown =
-        rounded(mg(best.best), 4) +
-        " mg/cm2 = " + rounded(std::get<double>(facts.back().value), 4) + " um";
+        rounded(mg(best.best), digits) +
+        " mg/cm2 = " + rounded(std::get<double>(facts.back().value), digits) +
+        " um";
   }
   if (answer.disc) {
     facts.push_back(value("best_mg_on_disc",
@@ -276,15 +278,16 @@ void add_best(const Answer& answer, std::vector<Fact>& facts) {
 void add_physics(const Answer& answer, std::vector<Fact>& facts) {
   const physics::AreaMass best = answer.best.best;
   const double t = answer.t(best);
+  const int digits = answer.settings.plan_digits();
   facts.push_back(value("mu_rho_cm2_g", "mu/rho at the line",
                         answer.absorber.mu_rho.cm2_g, "cm2/g"));
   facts.push_back(value("mu_x", "mu x", answer.x(best), ""));
   facts.push_back(
       value("t_a", "effective thickness t_a", t / answer.pattern.weight, ""));
-  facts.back().shown =
-      number(t / answer.pattern.weight, 4) +
-      (answer.pattern.weight < 1.0 ? " in all, " + number(t, 4) + " of the line"
-                                   : "");
+  facts.back().shown = number(t / answer.pattern.weight, digits) +
+                       (answer.pattern.weight < 1.0
+                            ? " in all, " + number(t, digits) + " of the line"
+                            : "");
   facts.push_back(value("t_line", "", t, ""));
   facts.push_back(value("depth_left", "depth left, eps/(t/2)",
                         physics::resonant_absorption(t) / (t / 2.0), ""));
@@ -440,12 +443,12 @@ Plan plan(const Typed& typed, const Request& request, Question& question) {
   if (!(passed > 1e-12))
     throw InputError("nothing of the line passes the other layers", 0);
 
-  const physics::Absorber absorber{
-      resonance.mu_rho,
-      physics::resonance_cross_section(nuclear) * resonance.nuclei_per_g * f.f *
   const physics::Line line{nuclear.energy};
   add_notes(question, {&line, 1}, *settings.data);
 
+  const physics::Absorber absorber{
+      resonance.mu_rho,
+      physics::resonance_cross_section(nuclear) * resonance.nuclei_per_g * f.f *
           lines.weight,
       // The layers take from the line, not from what stands beside it.
       background / passed};

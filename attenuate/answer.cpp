@@ -14,6 +14,12 @@ namespace {
 
 using physics::Energy;
 
+double weight_of(const physics::Line& line, physics::Weighting weighting) {
+  return weighting == physics::Weighting::kEnergy
+             ? line.weight * line.energy.keV
+             : line.weight;
+}
+
 // Adds up what a source transmits, line by line.
 class Sum {
  public:
@@ -21,8 +27,8 @@ class Sum {
 
   void add(const Row& row) {
     if (!row.transmission) return;
-    double weight = row.weight;
-    if (weighting_ == physics::Weighting::kEnergy) weight *= row.energy->keV;
+    const double weight = weight_of({*row.energy, row.weight}, weighting_);
+    photons_ += row.weight;
     weights_ += weight;
     transmission_ += weight * *row.transmission;
     // The errors of one table are not independent: they add up linearly.
@@ -32,8 +38,9 @@ class Sum {
   Row row(const Row& last) const {
     Row sum;
     sum.source = last.source;
-    sum.weight = weights_;
+    sum.weight = photons_;
     sum.area_mass = last.area_mass;
+    sum.u_area_mass = last.u_area_mass;
     sum.thickness = last.thickness;
     sum.transmission = transmission_ / weights_;
     sum.u_transmission = u_ / weights_;
@@ -42,6 +49,7 @@ class Sum {
 
  private:
   physics::Weighting weighting_;
+  double photons_ = 0.0;
   double weights_ = 0.0;
   double transmission_ = 0.0;
   double u_ = 0.0;
@@ -53,12 +61,6 @@ double u_of_mu_x(std::span<const LayerValue> values) {
   double sum = 0;
   for (const auto& value : values) sum += value.mu_x * value.relative_u;
   return sum;
-}
-
-double weight_of(const physics::Line& line, physics::Weighting weighting) {
-  return weighting == physics::Weighting::kEnergy
-             ? line.weight * line.energy.keV
-             : line.weight;
 }
 
 }  // namespace

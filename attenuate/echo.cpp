@@ -64,4 +64,13 @@ std::vector<std::string> fractions(const physics::Material& material,
   return lines;
 }
 
+std::vector<std::string> basis(const Settings& settings) {
+  std::vector<std::string> lines = {
+      kProgram, std::string(settings.data->version()),
+      settings.rule == physics::Rule::kPchip ? "rule: pchip"
+                                             : "rule: parabola"};
+  if (settings.by_energy()) lines.emplace_back("weight: energy");
+  return lines;
+}
+
 }  // namespace attenuate

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "attenuate/question.h"
+#include "attenuate/settings.h"
 
 namespace attenuate {
 
@@ -21,6 +22,14 @@ std::string density_origin(const physics::Material& material);
 // of at most `width` characters; none for an element.
 std::vector<std::string> fractions(const physics::Material& material,
                                    std::size_t width);
+
+// For people, with --weight energy.
+inline constexpr char kByEnergy[] =
+    "   lines weighted by energy: photons times keV";
+
+// What an answer rests on, for the head of tables: program, tables, rule, and
+// how lines are weighted where that is not by photons.
+std::vector<std::string> basis(const Settings& settings);
 
 }  // namespace attenuate
 

@@ -7,8 +7,9 @@
 namespace attenuate {
 namespace {
 
+// With a blank in front, however many digits there are.
 std::string padded(std::string text, std::size_t width) {
-  if (text.size() < width) text.insert(0, width - text.size(), ' ');
+  text.insert(0, text.size() < width ? width - text.size() : 1, ' ');
   return text;
 }
 
@@ -27,7 +28,7 @@ void explain_layer(const physics::Layer& layer, const LayerValue& value,
     const auto& element =
         settings.data->elements()[static_cast<std::size_t>(part.z) - 1];
     const double mu_rho = coefficient(part.z, energy, settings);
-    output.text("    " + padded(std::string(element.symbol), 2) +
+    output.text("   " + padded(std::string(element.symbol), 3) +
                 padded(number(part.weight, digits), 12) + " x" +
                 padded(number(mu_rho, digits), 12) + " cm2/g =" +
                 padded(number(part.weight * mu_rho, digits), 12) + "\n");

@@ -141,6 +141,7 @@ class JsonWriter : public RowWriter {
     json["program"] = kProgram;
     json["tables"] = settings().data->version();
     json["rule"] = rule_name(settings().rule);
+    if (settings().by_energy()) json["weighting"] = "energy";
     if (batch_) json["input_line"] = line();
     json["question"] = question.typed;
     json["layers"] = Json::array();
@@ -183,6 +184,7 @@ class JsonLinesWriter : public RowWriter {
     }
     output().text(material_);
     output().text(notes_);
+    if (settings().by_energy()) output().text("\"weighting\":\"energy\",");
     write_row(row);
     output().character('\n');
   }

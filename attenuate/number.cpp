@@ -137,7 +137,7 @@ std::string energy_in_words(double keV) {
   return with_unit(keV, 10, "keV");
 }
 
-std::string length_in_words(double cm) {
+std::string length_in_words(double cm, int digits) {
   const struct {
     double below;
     double factor;
@@ -150,13 +150,13 @@ std::string length_in_words(double cm) {
   const auto* unit =
       std::find_if(std::begin(units), std::end(units) - 1,
                    [cm](const auto& row) { return cm < row.below; });
-  return with_unit(cm * unit->factor, 6, unit->unit);
+  return with_unit(cm * unit->factor, digits, unit->unit);
 }
 
-std::string area_mass_in_words(double g_cm2) {
-  if (g_cm2 < 1e-3) return with_unit(g_cm2 * 1e6, 6, "ug/cm2");
-  if (g_cm2 < 1) return with_unit(g_cm2 * 1e3, 6, "mg/cm2");
-  return with_unit(g_cm2, 6, "g/cm2");
+std::string area_mass_in_words(double g_cm2, int digits) {
+  if (g_cm2 < 1e-3) return with_unit(g_cm2 * 1e6, digits, "ug/cm2");
+  if (g_cm2 < 1) return with_unit(g_cm2 * 1e3, digits, "mg/cm2");
+  return with_unit(g_cm2, digits, "g/cm2");
 }
 
 }  // namespace attenuate

@@ -25,10 +25,10 @@ std::string percent(double fraction);
 std::string energy_in_words(double keV);
 
 // A length in the unit that suits it: "25 um", "1.5 m".
-std::string length_in_words(double cm);
+std::string length_in_words(double cm, int digits = 6);
 
 // An areal mass: "19.685 mg/cm2", "2.3 g/cm2".
-std::string area_mass_in_words(double g_cm2);
+std::string area_mass_in_words(double g_cm2, int digits = 6);
 
 }  // namespace attenuate
 

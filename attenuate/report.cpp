@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "attenuate/echo.h"
 #include "attenuate/layout.h"
 #include "attenuate/number.h"
 #include "base/harmless.h"
@@ -17,8 +18,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kLineWidth = 80;
 constexpr int kLabelWidth = 27;
-// What a person reads of a number that is a plan, not a measurement.
-constexpr int kTextDigits = 4;
 
 void write_line(std::string line, Output& output) {
   line.erase(line.find_last_not_of(' ') + 1);
@@ -47,11 +46,11 @@ void write_wrapped(const std::string& start, const std::string& text,
   write_line(line, output);
 }
 
-std::string shown(const Fact& fact) {
+std::string shown(const Fact& fact, int digits) {
   if (!fact.shown.empty()) return fact.shown;
   std::string text = "not known";
   if (const auto* value = std::get_if<double>(&fact.value)) {
-    text = rounded(*value, kTextDigits);
+    text = rounded(*value, digits);
   } else if (const auto* word = std::get_if<std::string>(&fact.value)) {
     text = *word;
   }
@@ -65,9 +64,11 @@ std::string padded_left(const std::string& text, int columns) {
          text;
 }
 
-void write_table(const Report& report, Output& output) {
-  const int column_width =
-      std::min(13, kLineWidth / static_cast<int>(report.columns.size()));
+void write_table(const Report& report, int digits, Output& output) {
+  // More digits than fit take a wider line.
+  const int column_width = std::max(
+      std::min(13, kLineWidth / static_cast<int>(report.columns.size())),
+      digits + 2);
   std::string headings;
   std::string units;
   for (const auto& column : report.columns) {
@@ -79,12 +80,13 @@ void write_table(const Report& report, Output& output) {
   for (const auto& row : report.rows) {
     std::string line;
     for (const auto& value : row)
-      line += padded_left(value ? number(*value, 5) : "", column_width);
+      line += padded_left(value ? number(*value, digits) : "", column_width);
     write_line(line, output);
   }
 }
 
-void write_text(const Report& report, Output& output) {
+void write_text(const Report& report, const Settings& settings,
+                Output& output) {
   for (const std::string& line : report.read)
     write_wrapped("", line, 3, output);
   const bool any_fact =
@@ -96,11 +98,11 @@ void write_text(const Report& report, Output& output) {
     const int blanks = std::max(kLabelWidth - width(fact.label), 1);
     write_wrapped(
         fact.label + std::string(static_cast<std::size_t>(blanks), ' '),
-        shown(fact), kLabelWidth, output);
+        shown(fact, settings.plan_digits()), kLabelWidth, output);
   }
   if (!report.rows.empty()) {
     output.character('\n');
-    write_table(report, output);
+    write_table(report, settings.plan_digits(5), output);
   }
   if (!report.remarks.empty()) output.character('\n');
   for (const std::string& remark : report.remarks)
@@ -125,10 +127,7 @@ void write_separated(const Report& report, const Settings& settings,
   const auto comment = [&](const std::string& text) {
     output.text("# " + base::harmless(text) + "\n");
   };
-  comment(kProgram);
-  comment("tables: " + std::string(settings.data->version()));
-  comment(settings.rule == physics::Rule::kPchip ? "rule: pchip"
-                                                 : "rule: parabola");
+  for (const std::string& line : basis(settings)) comment(line);
   for (const std::string& line : report.read) comment(line);
   for (const std::string& note : report.notes) comment("note: " + note);
 
@@ -200,6 +199,7 @@ void write_json(const Report& report, const Settings& settings,
   json["program"] = kProgram;
   json["tables"] = settings.data->version();
   json["rule"] = settings.rule == physics::Rule::kPchip ? "pchip" : "parabola";
+  if (settings.by_energy()) json["weighting"] = "energy";
   json["question"] = report.question;
   json["read"] = report.read;
   add_facts(report, settings.digits, json);
@@ -217,6 +217,7 @@ void write_json_lines(const Report& report, const Settings& settings,
   Json shared;
   shared["question"] = report.question;
   shared["notes"] = report.notes;
+  if (settings.by_energy()) shared["weighting"] = "energy";
   add_facts(report, settings.digits, shared);
   if (report.rows.empty()) output.text(dumped(shared));
   for (const auto& row : report.rows) {
@@ -239,7 +240,7 @@ void write_report(const Report& report, const Settings& settings,
                   Output& output) {
   switch (settings.format) {
     case Format::kText:
-      return write_text(report, output);
+      return write_text(report, settings, output);
     case Format::kTsv:
       return write_separated(report, settings, '\t', output);
     case Format::kCsv:

@@ -25,8 +25,7 @@ class SeparatedWriter : public AnswerWriter {
   void at_line(std::size_t line) override { line_ = line; }
 
   void begin(const Question& question) override {
-    if (first_) write_head(question);
-    first_ = false;
+    if (first_) write_head(&question);
     if (batch_) {
       material_ = field(materials_read(question), separator_);
       notes_ = field(joined(question.notes), separator_);
@@ -58,6 +57,11 @@ class SeparatedWriter : public AnswerWriter {
 
   void end() override {}
 
+  // A list without answers has its columns all the same.
+  void finish() override {
+    if (first_) write_head(nullptr);
+  }
+
  private:
   static std::string joined(const std::vector<std::string>& notes) {
     std::string text;
@@ -71,12 +75,11 @@ class SeparatedWriter : public AnswerWriter {
     output_.text("# " + base::harmless(text) + "\n");
   }
 
-  void write_head(const Question& question) {
-    comment(kProgram);
-    comment("tables: " + std::string(settings_.data->version()));
-    comment(settings_.rule == physics::Rule::kPchip ? "rule: pchip"
-                                                    : "rule: parabola");
-    if (!batch_) write_echo(question);
+  // A batch has questions of its own in every row.
+  void write_head(const Question* question) {
+    first_ = false;
+    for (const auto& line : basis(settings_)) comment(line);
+    if (!batch_ && question != nullptr) write_echo(*question);
     if (batch_) {
       output_.text("input_line");
       output_.character(separator_);

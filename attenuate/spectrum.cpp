@@ -66,8 +66,10 @@ struct Answer {
 
 std::string in_words(const Answer& answer, AreaMass d) {
   const auto& density = answer.layers[answer.layer].material.density;
-  const std::string mass = area_mass_in_words(d.g_cm2);
-  return density ? length_in_words((d / *density).cm) + " = " + mass : mass;
+  const int digits = answer.settings.digits;
+  const std::string mass = area_mass_in_words(d.g_cm2, digits);
+  return density ? length_in_words((d / *density).cm, digits) + " = " + mass
+                 : mass;
 }
 
 void add_half_values(const Answer& answer, std::vector<Fact>& facts) {
@@ -85,7 +87,7 @@ void add_half_values(const Answer& answer, std::vector<Fact>& facts) {
 }
 
 void add_behind(const Answer& answer, std::vector<Fact>& facts) {
-  const bool energy = answer.settings.weighting == physics::Weighting::kEnergy;
+  const bool energy = answer.settings.by_energy();
   const char* const photons_key = "transmission_photons";
   const char* const energy_key = "transmission_energy";
   facts.push_back(
@@ -101,12 +103,13 @@ void add_behind(const Answer& answer, std::vector<Fact>& facts) {
   const auto mu = physics::effective(answer.bins, answer.d());
   facts.push_back(
       value("effective_mu_rho_cm2_g", "effective mu/rho", mu.cm2_g, "cm2/g"));
-  facts.back().shown = number(mu.cm2_g, 4) + " cm2/g";
+  const int digits = answer.settings.plan_digits();
+  facts.back().shown = number(mu.cm2_g, digits) + " cm2/g";
   if (const auto& density = answer.layers[answer.layer].material.density) {
     facts.push_back(
         value("effective_mu_per_cm", "", (mu * *density).per_cm, "1/cm"));
     facts[facts.size() - 2].shown +=
-        ", mu " + number((mu * *density).per_cm, 4) + " 1/cm";
+        ", mu " + number((mu * *density).per_cm, digits) + " 1/cm";
   }
   auto& shown = facts.back().label.empty() ? facts[facts.size() - 2].shown
                                            : facts.back().shown;
@@ -119,10 +122,16 @@ Report report(const Answer& answer) {
     const auto lines = layer_read(answer.question, i);
     report.read.insert(report.read.end(), lines.begin(), lines.end());
   }
-  report.read.push_back(
-      answer.file + ": " + std::to_string(answer.lines.size()) +
-      " bins with photons, " + number(answer.lines.front().energy.keV) +
-      " to " + number(answer.lines.back().energy.keV) + " keV");
+  const std::string first = number(answer.lines.front().energy.keV);
+  const std::string last = number(answer.lines.back().energy.keV);
+  report.read.push_back(answer.file + ": " +
+                        (answer.lines.size() == 1
+                             ? "one bin with photons, " + first
+                             : std::to_string(answer.lines.size()) +
+                                   " bins with photons, " + first + " to " +
+                                   last) +
+                        " keV");
+  if (answer.settings.by_energy()) report.read.emplace_back(kByEnergy);
   auto& facts = report.facts;
   facts.push_back(value("mean_keV", "mean energy in front",
                         mean_energy(answer.bins).keV, "keV"));
@@ -211,6 +220,8 @@ int answer(const Request& request, Question& question, Output& output) {
                 question.layers,
                 question.layers.size() - 1,
                 {}};
+  add_notes(question, answer.lines, *settings.data);
+  check_strict(question.notes, settings);
   if (question.unknown) {
     answer.layer = *question.unknown;
     answer.layers[answer.layer].d = physics::thickness_for(
@@ -220,8 +231,6 @@ int answer(const Request& request, Question& question, Output& output) {
   const std::span<const physics::Layer> before(answer.layers.data(),
                                                answer.layer);
   answer.bins =
-  add_notes(question, answer.lines, *settings.data);
-  check_strict(question.notes, settings);
       physics::bins(answer.layers[answer.layer].material, answer.lines, before,
                     settings.weighting, settings.rule, *settings.data);
   if (request.draws() && show_figure(figure(answer), request, output)) return 0;

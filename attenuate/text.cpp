@@ -40,8 +40,7 @@ std::string shown(const std::optional<double>& value, int digits) {
 
 std::string depth(const Row& row, double exponents, int digits) {
   if (!row.mu) return {};
-  static_cast<void>(digits);
-  return length_in_words(exponents / row.mu->per_cm);
+  return length_in_words(exponents / row.mu->per_cm, digits);
 }
 
 // The longest name of a line, and a blank.
@@ -51,7 +50,6 @@ std::string energy_cell(const Row& row, int /*digits*/) {
   return row.energy ? number(row.energy->keV, 8) : "";
 }
 const Cells kEnergy{"energy", "keV", 10, energy_cell};
-const Cells kLineEnergy{"energy", "keV", 9, energy_cell};
 const Cells kWeight{"weight", "", 8, [](const Row& r, int) {
                       return r.line != nullptr ? number(r.weight, 4) : "";
                     }};
@@ -78,8 +76,8 @@ const Cells kTenth{"tenth", "value", 13, [](const Row& r, int digits) {
                      return depth(r, std::numbers::ln10, digits);
                    }};
 const Cells kAreaMass{
-    "mass", "per area", 15, [](const Row& r, int) {
-      return r.area_mass ? area_mass_in_words(r.area_mass->g_cm2) : "";
+    "mass", "per area", 15, [](const Row& r, int digits) {
+      return r.area_mass ? area_mass_in_words(r.area_mass->g_cm2, digits) : "";
     }};
 const Cells kUThickness{
     "u", "%", 5, [](const Row& r, int) {
@@ -87,16 +85,20 @@ const Cells kUThickness{
                  ? number(100 * r.u_area_mass->g_cm2 / r.area_mass->g_cm2, 2)
                  : "";
     }};
-const Cells kThickness{"thickness", "", 13, [](const Row& r, int) {
-                         return r.thickness ? length_in_words(r.thickness->cm)
-                                            : "";
-                       }};
+std::string thickness_cell(const Row& row, int digits) {
+  return row.thickness ? length_in_words(row.thickness->cm, digits) : "";
+}
+const Cells kThickness{"thickness", "", 13, thickness_cell};
+// The lines of a source and what they ask for are just 80 columns.
+const Cells kLineThickness{"thickness", "", 12, thickness_cell};
 const Cells kMuX{"mu x", "", 11, [](const Row& r, int digits) {
                    return shown(r.mu_x, digits);
                  }};
-const Cells kTransmission{"transmission", "", 14, [](const Row& r, int digits) {
-                            return shown(r.transmission, digits);
-                          }};
+std::string transmission_cell(const Row& row, int digits) {
+  return shown(row.transmission, digits);
+}
+const Cells kTransmission{"transmission", "", 14, transmission_cell};
+const Cells kLineTransmission{"transmission", "", 13, transmission_cell};
 const Cells kUTransmission{"u(T)", "", 10, [](const Row& r, int) {
                              return shown(r.u_transmission, 2);
                            }};
@@ -121,6 +123,7 @@ class TextWriter : public AnswerWriter {
     if (!first_) output_.character('\n');
     first_ = false;
     write_echo(question);
+    if (settings_.by_energy()) output_.text(std::string(kByEnergy) + "\n");
     choose_cells(question);
     write_line([](const Cells& cells) { return cells.heading; });
     write_line([](const Cells& cells) { return cells.unit; });
@@ -162,8 +165,9 @@ class TextWriter : public AnswerWriter {
         std::any_of(question.beams.begin(), question.beams.end(),
                     [](const Beam& b) { return b.source != nullptr; });
     cells_.clear();
-    if (source) cells_.insert(cells_.end(), {&kLine, &kLineEnergy, &kWeight});
-    if (!source) cells_.push_back(&kEnergy);
+    if (source) cells_.push_back(&kLine);
+    cells_.push_back(&kEnergy);
+    if (source) cells_.push_back(&kWeight);
     // The lines of a source and a thickness leave no room for it.
     if (single && !(source && question.unknown)) {
       cells_.insert(cells_.end(), {&kMuRho, &kU});
@@ -188,11 +192,15 @@ class TextWriter : public AnswerWriter {
 
   void choose_unknown(const Question& question, bool source) {
     const auto& layer = question.layers[*question.unknown];
-    if (layer.material.density) cells_.push_back(&kThickness);
+    if (layer.material.density) {
+      cells_.push_back(source ? &kLineThickness : &kThickness);
+    }
     cells_.push_back(&kAreaMass);
-    if (!source) cells_.push_back(&kUThickness);
+    cells_.push_back(&kUThickness);
     // Known from the question, where room is short.
-    if (!settings_.energy_absorption) cells_.push_back(&kTransmission);
+    if (!settings_.energy_absorption) {
+      cells_.push_back(source ? &kLineTransmission : &kTransmission);
+    }
   }
 
   void choose_transmission(const Question& question, bool source) {

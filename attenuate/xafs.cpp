@@ -117,18 +117,19 @@ void add_mass(const Answer& answer, const std::string& key,
               const std::string& label, double g_cm2, const std::string& then,
               std::vector<Fact>& facts) {
   Fact fact = value(key + "_mg_cm2", label, 1e3 * g_cm2, "mg/cm2");
-  fact.shown = rounded(1e3 * g_cm2, 4) + " mg/cm2";
+  const int digits = answer.settings.plan_digits();
+  fact.shown = rounded(1e3 * g_cm2, digits) + " mg/cm2";
   std::vector<Fact> more;
   if (answer.disc) {
     const double mass = 1e3 * g_cm2 * disc_area(*answer.disc);
     more.push_back(value(key + "_mg_on_disc", "", mass, "mg"));
-    fact.shown +=
-        " = " + rounded(mass, 4) + " mg on " + length_in_words(answer.disc->cm);
+    fact.shown += " = " + rounded(mass, digits) + " mg on " +
+                  length_in_words(answer.disc->cm);
     if (answer.diluent) {
       more.push_back(
           value(key + "_diluent_mg_on_disc", "", mass * answer.ratio(), "mg"));
-      fact.shown += " with " + rounded(mass * answer.ratio(), 4) + " mg of " +
-                    answer.diluent->material.typed;
+      fact.shown += " with " + rounded(mass * answer.ratio(), digits) +
+                    " mg of " + answer.diluent->material.typed;
     }
   }
   fact.shown += "; " + then;
@@ -159,13 +160,14 @@ Report report(const Answer& answer) {
   }
   const std::string absorption = "mu x of " + number(answer.mux);
   const std::string step = "edge step of 1";
+  const int digits = answer.settings.plan_digits();
   const auto add_absorption = [&] {
     add_mass(answer, "absorption", absorption, plan.total_absorption.g_cm2,
-             "edge step " + number(plan.step, 4), facts);
+             "edge step " + number(plan.step, digits), facts);
   };
   const auto add_step = [&] {
     add_mass(answer, "step", step, plan.unit_step.g_cm2,
-             "mu x " + number(plan.mux, 4), facts);
+             "mu x " + number(plan.mux, digits), facts);
   };
   if (plan.absorption_binds()) {
     add_absorption();
@@ -282,11 +284,11 @@ Plan plan(const Typed& typed, const Request& request, Question& question) {
   }
   answer.plan =
       physics::xafs_sample(step, mux, answer.mu_diluent, answer.ratio());
-  if (!typed.disc.empty()) answer.disc = length_option("--disc", typed.disc);
-  Plan result{report(answer), {}};
   // That the energy is near an edge is no news here, but the row may be one in
   // doubt.
   add_doubts(question, step.energy, *settings.data);
+  if (!typed.disc.empty()) answer.disc = length_option("--disc", typed.disc);
+  Plan result{report(answer), {}};
   if (step.energy.keV < chosen.energy.keV + above.keV * (1.0 - 1e-9)) {
     result.report.notes.push_back(
         "another edge lies nearer than that: the step is taken just below it");

@@ -127,7 +127,18 @@ TEST(Attenuate, SumsTheLinesOfASourceByPhotonsOrByEnergy) {
   EXPECT_NEAR(printed, photons[1] / photons[0], 1e-5);
   EXPECT_NEAR(field("Al 1mm 57Co --weight energy", "transmission"),
               energy[1] / energy[0], 1e-5);
+  // The weights are those of the photons whatever the sum, which says its own.
+  EXPECT_NEAR(field("Al 1mm 57Co --weight energy", "weight"), photons[0], 1e-3);
+  for (const char* const format : {"--tsv", "--json", "--jsonl", ""}) {
+    const std::string ask = "attenuate Al 1mm 57Co " + std::string(format);
+    EXPECT_TRUE(has(shell(ask + " --weight energy").out, "energy: photons") ||
+                has(shell(ask + " --weight energy").out, "# weight: energy") ||
+                has(shell(ask + " --weight energy").out, "weighting"))
+        << format;
+    EXPECT_FALSE(has(shell(ask).out, "weighting")) << format;
+  }
   EXPECT_NEAR(field("Al T=0.5 57Co", "transmission"), 0.5, 1e-9);
+  EXPECT_GT(field("Al T=0.5 57Co", "u_area_mass_g_cm2"), 0);
 }
 
 TEST(Attenuate, RefusesWithPlaceAndHint) {
@@ -278,6 +289,32 @@ TEST(Attenuate, TextFitsAScreenOfEightyColumns) {
   }
 }
 
+TEST(Attenuate, TextShowsWhatIsAskedFor) {
+  const struct {
+    const char* command;
+    const char* text;  // a part of the answer
+  } cases[] = {
+      {"elements", " Fe     iron                55.845           7.874  alpha"},
+      {"elements", "          0.088  hcp"},
+      {"edges Fe", "M1          0.0929              no"},
+      {"--csv elements Fe", "\n26,Fe,iron,55.845,1,20000,7.874,"},
+      {"--digits=3 Fe 14", "      18.4 um      12.8 um      42.4 um"},
+      {"Fe 14 --explain --digits 17", "Fe           1 x 63."},
+      {"Fe T=0.3 57Co", "  2.70236 g/cm2    1           0.3"},
+      {"Al --spectrum <(printf '20 1') --digits 2", "one bin with photons, 20"},
+      {"Al --spectrum <(printf '20 1') --digits 2", " 7.5e+02 um = 2e+02 mg/cm2"},
+      {"capillary Fe --diameter 1mm 17 --digits 2", " 1.9e+02        9.5  "},
+      {"materials --help", "attenuate materials|sources"},
+      {"absorber hematite --version", "attenuate 1.0.0\ntables 1: "},
+      {"--batch - --csv", "\ninput_line,material,energy_keV,"},
+      {"-- Fe 14", "Fe  55.845 g/mol"},
+  };
+  for (const auto& c : cases) {
+    const Ran ran = shell("attenuate " + std::string(c.command));
+    EXPECT_TRUE(has(ran.out, c.text)) << c.command << "\n" << ran.err;
+  }
+}
+
 TEST(Attenuate, NotesWhatCouldSurprise) {
   const struct {
     const char* question;
@@ -381,10 +418,12 @@ attenuate 'CuSO4.5H2O' 5:30:1 --mu-en --json | python3 check.py whole
 { attenuate --batch list --json || true; } | python3 check.py whole
 { attenuate --batch list --jsonl || true; } | python3 check.py lines
 attenuate Fe 14 --jsonl | python3 check.py lines
+attenuate Fe 1um 57Co --weight energy --json | python3 check.py whole
+attenuate Fe 1um 14 --weight energy --jsonl | python3 check.py lines
 )";
   const Ran ran = shell(check);
   EXPECT_EQ(ran.status, 0) << ran.err;
-  EXPECT_EQ(ran.out, "1\n1\n1\n10\n1\n");
+  EXPECT_EQ(ran.out, "1\n1\n1\n10\n1\n1\n1\n");
 }
 
 TEST(Edges, AreListedByWhateverNamesTheElement) {
@@ -516,8 +555,10 @@ TEST(Attenuate, EndsHonestlyWhateverComes) {
       {"attenuate Fe $'\\x1b[2J' 14", 2, "'?[2J'"},
       {"attenuate Fe$'\\xff' 14", 2, "byte 0xFF in column 3"},
       {"attenuate --frobnicate Fe 14", 2, "there is no option --frobnicate"},
-      {"attenuate --tsv --csv Fe 14", 2, "error: "},
+      {"attenuate --tsv --csv Fe 14", 2, "error: more than one format\n"},
       {"attenuate --digits 99 Fe 14", 2, "error: "},
+      {"attenuate Fe 14 --digits", 2, "error: --digits needs a value\n"},
+      {"attenuate -- Fe 14 --tsv", 2, "'--tsv' is no thickness"},
       {"attenuate --data /no/such Fe 14", 2, "the data of '/no/such'"},
       {"attenuate completion tcsh", 2, "bash, zsh or fish"},
       {"attenuate sources 57Fo", 2, "did you mean 57Co"},
