@@ -51,6 +51,8 @@ std::string tick_label(double value, int exponent) {
       static_cast<int>(std::floor(std::log10(std::abs(value)) + kSlack));
   if (magnitude < 5 && exponent > -5)
     return fixed(value, std::max(0, -exponent));
+  // Steps that are small beside the value: a power would only be longer.
+  if (magnitude < 5 && magnitude > -3) return fixed(value, -exponent);
   const std::string mantissa =
       fixed(value / power_of_ten(magnitude), std::max(0, magnitude - exponent));
   const std::string power = "10" + superscript(magnitude);

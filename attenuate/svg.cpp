@@ -18,6 +18,8 @@ constexpr double kHeight = 520.0;
 constexpr double kLeft = 84.0;
 constexpr double kRight = 776.0;
 constexpr double kLineHeight = 17.0;
+constexpr double kAxisName = 20.0;  // of the vertical axis
+constexpr double kTickGap = 9.0;    // from a number to its axis
 
 // Colours that people with impaired colour vision tell apart (after M. Okabe
 // and K. Ito), for light and dark ground, and dashes for prints without colour.
@@ -108,7 +110,8 @@ std::string style() {
   std::string result =
       "text{font-family:Helvetica,Arial,'Liberation Sans','DejaVu Sans',"
       "sans-serif;font-size:13px}"
-      "text.title{font-size:16px;font-weight:bold}text.origin{font-size:11px}"
+      "text.title{font-size:16px;font-weight:bold}text.long{font-size:13px}"
+      "text.origin{font-size:11px}"
       ".middle{text-anchor:middle}.end{text-anchor:end}"
       ".axis,.grid{stroke-width:1;fill:none}"
       ".mark{stroke-width:1;stroke-dasharray:4 3}"
@@ -124,10 +127,11 @@ std::string style() {
 
 // The frame in pixels.
 struct Frame {
+  double left = 0.0;
   double top = 0.0;
   double bottom = 0.0;
 
-  double x(double part) const { return kLeft + part * (kRight - kLeft); }
+  double x(double part) const { return left + part * (kRight - left); }
   double y(double part) const { return bottom - part * (bottom - top); }
 };
 
@@ -176,13 +180,30 @@ std::vector<Entry> legend_entries(const Figure& figure, const Labels& labels) {
   return entries;
 }
 
+// Room for the numbers of the axis between its name and the frame.
+double frame_left(const std::vector<Tick>& ticks) {
+  double widest = 0.0;
+  for (const Tick& tick : ticks) widest = std::max(widest, length(tick.label));
+  return std::max(kLeft, kAxisName + 8.0 + widest + kTickGap);
+}
+
+// In the middle of the figure and smaller where it is long.
+std::string title(const std::string& text, const Frame& frame) {
+  if (width(text) <= 60) {
+    return text_at((frame.left + kRight) / 2.0, 24.0, "title middle", text);
+  }
+  return text_at(kWidth / 2.0, 24.0, "title long middle", shortened(text, 86));
+}
+
 }  // namespace
 
 std::string svg(const Figure& figure) {
   const Scales scale = scales(figure);
+  const std::vector<Tick> y_ticks = ticks(scale.y, 8);
   const auto small = [](const std::string& text) { return length(text); };
-  const Labels labels = place_labels(figure.marks, scale.x, kRight - kLeft, 0.0,
-                                     kRight - kLeft, 3, small);
+  const double left = frame_left(y_ticks);
+  const Labels labels = place_labels(figure.marks, scale.x, kRight - left, 0.0,
+                                     kRight - left, 3, small);
 
   // From below: origin, legend, name of the axis, its numbers, the frame.
   double foot = kHeight - 12.0;
@@ -215,7 +236,8 @@ std::string svg(const Figure& figure) {
     }
   }
   const double x_name_at = foot;
-  const Frame frame{44.0 + kLineHeight * labels.rows, foot - 2.4 * kLineHeight};
+  const Frame frame{left, 44.0 + kLineHeight * labels.rows,
+                    foot - 2.4 * kLineHeight};
 
   std::string out =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -226,8 +248,7 @@ std::string svg(const Figure& figure) {
       "</desc>\n<style>" + escaped(style()) +
       "</style>\n<rect class=\"ground\" width=\"" + pixel(kWidth) +
       "\" height=\"" + pixel(kHeight) + "\"/>\n";
-  out += text_at((kLeft + kRight) / 2.0, 24.0, "title middle",
-                 shortened(figure.title, 78));
+  out += title(figure.title, frame);
 
   for (std::size_t i = 0; i < figure.bands.size(); ++i) {
     const double from =
@@ -240,14 +261,14 @@ std::string svg(const Figure& figure) {
            "\"/>\n";
   }
 
-  for (const Tick& tick : ticks(scale.y, 8)) {
+  for (const Tick& tick : y_ticks) {
     const double y = frame.y(scale.y.position(tick.value));
     const bool major = !tick.label.empty();
     if (major) {
-      out += line_at("grid", kLeft, y, kRight, y);
-      out += text_at(kLeft - 9.0, y + 4.5, "end", tick.label);
+      out += line_at("grid", left, y, kRight, y);
+      out += text_at(left - kTickGap, y + 4.5, "end", tick.label);
     }
-    out += line_at("axis", kLeft, y, kLeft + (major ? 6.0 : 3.0), y);
+    out += line_at("axis", left, y, left + (major ? 6.0 : 3.0), y);
   }
   double free = 0.0;
   for (const Tick& tick : ticks(scale.x, 10)) {
@@ -256,7 +277,9 @@ std::string svg(const Figure& figure) {
     const bool major = !tick.label.empty() && x - wide / 2.0 >= free;
     if (major) {
       out += line_at("grid", x, frame.top, x, frame.bottom);
-      out += text_at(x, frame.bottom + kLineHeight, "middle", tick.label);
+      // The last number may be wider than what is right of the frame.
+      out += text_at(std::min(x, kWidth - wide / 2.0),
+                     frame.bottom + kLineHeight, "middle", tick.label);
       free = x + wide / 2.0 + 4.0;
     }
     out +=
@@ -270,21 +293,22 @@ std::string svg(const Figure& figure) {
                    frame.bottom);
   }
   for (const Label& label : labels.placed) {
-    out += text_at(kLeft + label.left + small(label.text) / 2.0,
+    out += text_at(left + label.left + small(label.text) / 2.0,
                    frame.top - 6.0 - kLineHeight * label.row, "middle",
                    label.text);
   }
   for (std::size_t i = 0; i < figure.series.size(); ++i)
     out += curve(figure.series[i], scale, frame, i);
-  out += "<rect class=\"axis\" x=\"" + pixel(kLeft) + "\" y=\"" +
-         pixel(frame.top) + "\" width=\"" + pixel(kRight - kLeft) +
+  out += "<rect class=\"axis\" x=\"" + pixel(left) + "\" y=\"" +
+         pixel(frame.top) + "\" width=\"" + pixel(kRight - left) +
          "\" height=\"" + pixel(frame.bottom - frame.top) + "\"/>\n";
 
-  out += text_at((kLeft + kRight) / 2.0, x_name_at, "middle",
-                 axis_label(figure.x));
+  out +=
+      text_at((left + kRight) / 2.0, x_name_at, "middle", axis_label(figure.x));
   const double middle = (frame.top + frame.bottom) / 2.0;
-  out += text_at(20.0, middle, "middle", axis_label(figure.y),
-                 " transform=\"rotate(-90 20 " + pixel(middle) + ")\"");
+  out += text_at(kAxisName, middle, "middle", axis_label(figure.y),
+                 " transform=\"rotate(-90 " + pixel(kAxisName) + " " +
+                     pixel(middle) + ")\"");
   out += legend;
   if (!figure.origin.empty())
     out += text_at(kLeft, origin_at, "origin", shortened(figure.origin, 105));
