@@ -29,12 +29,24 @@ std::string words() {
   return list;
 }
 
+// A branch of a case for each subcommand that has options.
+std::string branches() {
+  std::string text;
+  for (const auto& entry : subcommands()) {
+    if (entry.options.empty()) continue;
+    text += "    " + std::string(entry.name) + ") own='" +
+            std::string(entry.options) + "' ;;\n";
+  }
+  return text;
+}
+
 std::string bash() {
   return "_attenuate() {\n"
-         "  local word=${COMP_WORDS[COMP_CWORD]}\n"
+         "  local word=${COMP_WORDS[COMP_CWORD]} own=\n"
          "  local before=${COMP_WORDS[COMP_CWORD-1]}\n"
          "  case $before in\n"
-         "    --batch) COMPREPLY=($(compgen -f -- \"$word\")); return ;;\n"
+         "    --batch|--spectrum|--svg)\n"
+         "      COMPREPLY=($(compgen -f -- \"$word\")); return ;;\n"
          "    --data) COMPREPLY=($(compgen -d -- \"$word\")); return ;;\n"
          "    --rule) COMPREPLY=($(compgen -W 'pchip parabola' -- \"$word\"))\n"
          "      return ;;\n"
@@ -42,9 +54,12 @@ std::string bash() {
          "\"$word\"))\n"
          "      return ;;\n"
          "  esac\n"
+         "  case ${COMP_WORDS[1]} in\n" +
+         branches() +
+         "  esac\n"
          "  COMPREPLY=($(compgen -W '" +
          words() +
-         "' -- \"$word\"))\n"
+         " '\"$own\" -- \"$word\"))\n"
          "}\n"
          "complete -F _attenuate attenuate\n";
 }
@@ -52,23 +67,35 @@ std::string bash() {
 std::string zsh() {
   return "#compdef attenuate\n"
          "_attenuate() {\n"
+         "  local own=\n"
          "  case ${words[CURRENT-1]} in\n"
-         "    --batch) _files; return ;;\n"
+         "    --batch|--spectrum|--svg) _files; return ;;\n"
          "    --data) _files -/; return ;;\n"
          "    --rule) compadd pchip parabola; return ;;\n"
          "    --weight) compadd photons energy; return ;;\n"
          "  esac\n"
+         "  case ${words[2]} in\n" +
+         branches() +
+         "  esac\n"
          "  compadd -- " +
          words() +
-         "\n"
+         " ${=own}\n"
          "}\n"
          "compdef _attenuate attenuate\n";
 }
 
 std::string fish() {
-  return "complete -c attenuate -f -a '" + words() +
-         "'\n"
+  std::string own;
+  for (const auto& entry : subcommands()) {
+    if (entry.options.empty()) continue;
+    own += "complete -c attenuate -n '__fish_seen_subcommand_from " +
+           std::string(entry.name) + "' -a '" + std::string(entry.options) +
+           "'\n";
+  }
+  return "complete -c attenuate -f -a '" + words() + "'\n" + own +
          "complete -c attenuate -l batch -r -F\n"
+         "complete -c attenuate -l spectrum -r -F\n"
+         "complete -c attenuate -l svg -r -F\n"
          "complete -c attenuate -l data -r -a '(__fish_complete_directories)'\n"
          "complete -c attenuate -l rule -x -a 'pchip parabola'\n"
          "complete -c attenuate -l weight -x -a 'photons energy'\n";

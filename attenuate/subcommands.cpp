@@ -12,11 +12,12 @@ namespace {
 
 constexpr std::array kSubcommands = {
     Subcommand{"absorber", "MATERIAL", "best thickness for Moessbauer lines",
-               plan_absorber},
+               plan_absorber,
+               "--isotope --f --lines --background --enriched --alpha --disc"},
     Subcommand{"xafs", "MATERIAL", "how much powder shows an edge best",
-               plan_xafs},
+               plan_xafs, "--edge --mux --diluent --disc"},
     Subcommand{"capillary", "MATERIAL", "mu R of a powder, and what passes",
-               plan_capillary},
+               plan_capillary, "--diameter --packing"},
     Subcommand{"materials", "[TEXT]", "named materials that contain TEXT",
                list_materials},
     Subcommand{"sources", "[TEXT]", "line sources, and their lines",

@@ -17,6 +17,7 @@ struct Subcommand {
   // Takes the arguments behind the name, returns the exit status. Throws
   // physics::InputError, whose column counts in these, joined by blanks.
   int (*run)(std::span<const std::string_view> arguments, Output& output);
+  std::string_view options = {};  // of its own, for completion
 };
 
 std::span<const Subcommand> subcommands();

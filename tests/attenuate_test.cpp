@@ -13,6 +13,7 @@
 
 #include "attenuate/help.h"
 #include "attenuate/number.h"
+#include "attenuate/subcommands.h"
 #include "attenuate/words.h"
 #include "tests/support.h"
 
@@ -299,10 +300,11 @@ TEST(Attenuate, TextShowsWhatIsAskedFor) {
       {"edges Fe", "M1          0.0929              no"},
       {"--csv elements Fe", "\n26,Fe,iron,55.845,1,20000,7.874,"},
       {"--digits=3 Fe 14", "      18.4 um      12.8 um      42.4 um"},
-      {"Fe 14 --explain --digits 17", "Fe           1 x 63."},
-      {"Fe T=0.3 57Co", "  2.70236 g/cm2    1           0.3"},
+      {"Fe 14 --explain --digits 17", "Fe           1 x 68.9"},
+      {"Fe T=0.3 57Co", "  2.70236 g/cm2    1          0.3"},
       {"Al --spectrum <(printf '20 1') --digits 2", "one bin with photons, 20"},
-      {"Al --spectrum <(printf '20 1') --digits 2", " 7.5e+02 um = 2e+02 mg/cm2"},
+      {"Al --spectrum <(printf '20 1') --digits 2",
+       " 7.5e+02 um = 2e+02 mg/cm2"},
       {"capillary Fe --diameter 1mm 17 --digits 2", " 1.9e+02        9.5  "},
       {"materials --help", "attenuate materials|sources"},
       {"absorber hematite --version", "attenuate 1.0.0\ntables 1: "},
@@ -595,10 +597,29 @@ TEST(Attenuate, CompletesInThreeShells) {
     EXPECT_EQ(ran.err, "") << name;
     EXPECT_EQ(ran.status, 0) << name;
   }
-  const Ran ran = shell(
-      "attenuate completion bash > s; . ./s; COMP_WORDS=(attenuate kapt); "
-      "COMP_CWORD=1; _attenuate; echo ${COMPREPLY[@]}");
-  EXPECT_EQ(ran.out, "kapton\n") << ran.err;
+  const struct {
+    const char* words;
+    const char* completed;
+  } cases[] = {
+      {"kapt", "kapton\n"},
+      {"xafs --di", "--digits --diluent --disc\n"},
+      {"Fe --di", "--digits\n"},
+      {"Fe --svg ./s", "./s\n"},
+  };
+  for (const auto& c : cases) {
+    const Ran ran =
+        shell("attenuate completion bash > s; . ./s; COMP_WORDS=(attenuate " +
+              std::string(c.words) +
+              "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _attenuate; "
+              "echo ${COMPREPLY[@]}");
+    EXPECT_EQ(ran.out, c.completed) << ran.err;
+  }
+  for (const auto& entry : attenuate::subcommands()) {
+    for (const auto& option : tests::split(std::string(entry.options), ' ')) {
+      const std::string help = "attenuate " + std::string(entry.name) + " -h";
+      EXPECT_TRUE(has(shell(help).out, option)) << help;
+    }
+  }
 }
 
 // Every command between .EX and .EE.
