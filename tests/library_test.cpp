@@ -163,6 +163,27 @@ TEST_F(Library, AnswersAsThePhysicsDoes) {
   EXPECT_EQ(one, physics::thickness_for(layers, 1, {0.3}, lines).g_cm2);
 }
 
+TEST_F(Library, WeightsOfEverySizeAreRelative) {
+  const double keV[] = {20, 30};
+  for (const int by : {ATTENUATE_BY_PHOTONS, ATTENUATE_BY_ENERGY}) {
+    double equal = 0, passed = 0, thickness = 0, found = 0;
+    attenuate_beam_transmission(stack_, keV, nullptr, 2, by, &equal, &error_);
+    attenuate_thickness(stack_, 1, 0.3, keV, nullptr, 2, by, &thickness,
+                        &error_);
+    for (const double one : {5e-324, 1e-300, 0.1, 1e307, 1.7e308}) {
+      const double weight[] = {one, one};
+      ASSERT_EQ(attenuate_beam_transmission(stack_, keV, weight, 2, by, &passed,
+                                            &error_),
+                ATTENUATE_OK);
+      ASSERT_EQ(attenuate_thickness(stack_, 1, 0.3, keV, weight, 2, by, &found,
+                                    &error_),
+                ATTENUATE_OK);
+      EXPECT_EQ(passed, equal) << one;
+      EXPECT_EQ(found, thickness) << one;
+    }
+  }
+}
+
 TEST_F(Library, ErrorsTellPlaceAndHint) {
   attenuate_material* none = iron_;
   ASSERT_EQ(attenuate_material_new("FE2O3", 0, &none, &error_),
