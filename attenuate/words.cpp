@@ -189,7 +189,8 @@ std::string spaced(std::string_view word) {
                                          const Thickness& thickness) {
   refuse(question, thickness.at,
          spaced(thickness.typed) + " of " + material.typed +
-             " needs a density: " + density_advice(material));
+             " needs a density: " + density_advice(material) +
+             ", or use mg/cm2");
 }
 
 void set_thickness(Question& question, std::size_t layer, const Word& word) {

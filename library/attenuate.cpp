@@ -37,7 +37,7 @@ physics::Density density_of(const physics::Material& material) {
   if (!material.density) {
     throw Failure(ATTENUATE_UNKNOWN,
                   "the density of " + material.read + " is not known", 0,
-                  material.typed + "@1.23 means 1.23 g/cm3");
+                  density_advice(material) + ", or give the density apart");
   }
   return *material.density;
 }

@@ -717,7 +717,10 @@ std::string density_advice(const Material& material) {
   std::string advice = "add " + at_density(material);
   if (same && same->kind == "gas")
     advice += " (" + std::string(same->name) + ")";
-  return advice + ", or use mg/cm2";
+  // At the end of a mixture it would be the density of the last part.
+  if (material.typed.find("//") != std::string::npos)
+    advice += " behind brackets around the mixture";
+  return advice;
 }
 
 std::optional<std::string> flat_notation(const Composition& composition) {

@@ -74,9 +74,9 @@ struct Material {
 // Throws FormulaError, with the column in `text`.
 Material material(std::string_view text, const Data& data = builtin());
 
-// What gives a material without density one: "add @1.38, or use mg/cm2". The
-// figure is that of the catalogue's material of this composition, if it has
-// one; a gas is named with it.
+// What gives a material without density one: "add @1.38". The figure is that of
+// the catalogue's material of this composition, if it has one; a gas is named
+// with it.
 std::string density_advice(const Material& material);
 
 // The composition in the dialogue's notation, which has neither brackets nor

@@ -327,15 +327,20 @@ TEST(Material, AdviceNamesTheDensityThatIsMissing) {
     const char* text;
     const char* advice;
   } rows[] = {
-      {"C10H8O4", "add @1.38, or use mg/cm2"},
-      {"C2H6O", "add @0.789, or use mg/cm2"},
-      {"N2", "add @0.00117 (nitrogen-gas), or use mg/cm2"},
-      {"SiO2", "add @2.65, or use mg/cm2"},
-      {"FeC9", "add @ and the density in g/cm3, or use mg/cm2"},
+      {"C10H8O4", "add @1.38"},
+      {"C2H6O", "add @0.789"},
+      {"N2", "add @0.00117 (nitrogen-gas)"},
+      {"SiO2", "add @2.65"},
+      {"FeC9", "add @ and the density in g/cm3"},
+      {"50% Al // FeC9",
+       "add @ and the density in g/cm3 behind brackets around the mixture"},
+      {"50% FeC9 // NaCN@1.6",
+       "add @ and the density in g/cm3 behind brackets around the mixture"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(physics::density_advice(physics::material(row.text)), row.advice);
   }
+  EXPECT_EQ(physics::material("(50% Al // FeC9)@1.23").density->g_cm3, 1.23);
 }
 
 // Lead nitrate, 2 x 14.007 and 6 x 15.999 beside 207.2 of 331.2, and what has
