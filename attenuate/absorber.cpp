@@ -48,41 +48,6 @@ struct Typed {
   std::string background = "0";
 };
 
-// "57Fe", or "155Gd@105.3" for the transition next to that energy.
-physics::Transition transition(const std::string& typed) {
-  const std::size_t at = typed.find('@');
-  const std::string isotope = typed.substr(0, at);
-  const physics::Transition* found = nullptr;
-  double nearest = std::numeric_limits<double>::infinity();
-  double keV = 0.0;
-  if (at != std::string::npos)
-    keV = number_option("--isotope @", typed.substr(at + 1), 0.0, 1e6);
-  std::vector<std::string> known;
-  for (const physics::Transition& one : physics::transitions()) {
-    known.emplace_back(one.isotope);
-    if (one.isotope != isotope) continue;
-    // Without an energy the first of several is as far as any.
-    const double distance =
-        at == std::string::npos ? 0.0 : std::abs(one.energy.keV - keV);
-    if (distance < nearest) {
-      nearest = distance;
-      found = &one;
-    }
-  }
-  if (found == nullptr) {
-    std::string all;
-    known.erase(std::unique(known.begin(), known.end()), known.end());
-    for (const std::string& name : known)
-      all += (all.empty() ? "" : " ") + name;
-    throw InputError("no transition of '" + isotope + "' is known", 0, all);
-  }
-  if (at != std::string::npos && nearest > 0.01 * found->energy.keV) {
-    throw InputError(isotope + " has no transition at " + number(keV) + " keV",
-                     0, "the next is " + number(found->energy.keV) + " keV");
-  }
-  return *found;
-}
-
 struct Pattern {
   std::string words;  // "the strongest of 6 lines, 3/12 of the intensity"
   double weight = 1.0;
@@ -422,7 +387,7 @@ Plan plan(const Typed& typed, const Request& request, Question& question) {
   const Settings& settings = request.settings;
   const std::size_t sample = sample_layer(question);
   const physics::Material& material = question.layers[sample].material;
-  physics::Transition nuclear = transition(typed.isotope);
+  physics::Transition nuclear = physics::transition(typed.isotope);
   if (!typed.alpha.empty()) {
     nuclear.alpha = number_option("--alpha", typed.alpha, 0.0, 1e6);
     nuclear.alpha_origin = "as given";

@@ -1,10 +1,8 @@
 #include "physics/absorber.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <string>
 
 #include "library/arguments.h"
 #include "library/attenuate.h"
@@ -13,21 +11,6 @@
 
 namespace library {
 namespace {
-
-const physics::Transition& transition(std::string_view isotope) {
-  const auto known = physics::transitions();
-  const auto found =
-      std::find_if(known.begin(), known.end(),
-                   [isotope](const auto& t) { return t.isotope == isotope; });
-  if (found != known.end()) return *found;
-  std::string all;
-  for (const auto& t : known) {
-    all += (all.empty() ? "" : ", ") + std::string(t.isotope);
-  }
-  throw Failure(ATTENUATE_INPUT,
-                "no transition of '" + std::string(isotope) + "' is known", 0,
-                all);
-}
 
 // Smaller shares have a best thickness too, but squares of them underflow to a
 // merit of 0 everywhere.
@@ -51,7 +34,7 @@ attenuate_status attenuate_best_absorber(const attenuate_material* material,
   return guarded(error, [&] {
     const auto& known = material_of(material).material;
     auto& result = receiver(absorber);
-    const auto& nuclear = transition(text_of(isotope));
+    const auto& nuclear = physics::transition(text_of(isotope));
     require_share(recoil_free, "a recoil-free fraction is 1e-6 to 1");
     require_share(line, "the share of a line is 1e-6 to 1");
     require(background >= 0, ATTENUATE_ARGUMENT,

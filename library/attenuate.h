@@ -241,7 +241,7 @@ typedef struct attenuate_absorber {
 
 /* How thick an absorber measures a line in the shortest time.
  *
- * isotope      "57Fe"
+ * isotope      "57Fe"; "155Gd@105.3" where an isotope has several transitions
  * recoil_free  fraction f of the absorber, 1e-6 to 1
  * enriched     percent of the element's atoms that are the isotope, 1e-4 to
  *              100; 0 for what the formula says (^57Fe), or the natural

@@ -5,7 +5,10 @@
 #include <numbers>
 #include <string>
 
+#include "physics/errors.h"
+#include "physics/formula.h"
 #include "physics/table.h"
+#include "physics/typed_quantity.h"
 
 namespace physics {
 
@@ -39,7 +42,57 @@ double enriched_weight(const Element& element, const Transition& transition,
   return share * mass + (1.0 - share) * rest;
 }
 
+// The energy behind the "@" of a transition.
+Energy energy_behind_at(std::string_view word) {
+  try {
+    return energy(word);
+  } catch (const InputError& e) {
+    throw InputError(e.message(), 0, "155Gd@105.3");
+  }
+}
+
+// "57Fe", or "155Gd@105.309" where the isotope has several.
+std::string name_of(const Transition& transition) {
+  std::string name(transition.isotope);
+  const auto all = transitions();
+  if (std::count_if(all.begin(), all.end(), [&](const Transition& other) {
+        return other.isotope == transition.isotope;
+      }) > 1) {
+    name += "@" + short_number(transition.energy.keV);
+  }
+  return name;
+}
+
 }  // namespace
+
+const Transition& transition(std::string_view typed) {
+  const std::string_view isotope = typed.substr(0, typed.find('@'));
+  std::optional<Energy> wanted;
+  if (isotope.size() < typed.size())
+    wanted = energy_behind_at(typed.substr(isotope.size() + 1));
+  const auto distance = [&](const Transition& one) {
+    // Without an energy the first of several is as far as any.
+    return wanted ? std::abs(one.energy.keV - wanted->keV) : 0.0;
+  };
+  const Transition* found = nullptr;
+  std::string known;
+  for (const Transition& one : transitions()) {
+    known += (known.empty() ? "" : " ") + name_of(one);
+    if (one.isotope != isotope) continue;
+    if (found == nullptr || distance(one) < distance(*found)) found = &one;
+  }
+  if (found == nullptr) {
+    throw InputError("no transition of " + in_quotes(isotope) + " is known", 0,
+                     known);
+  }
+  if (distance(*found) > 0.01 * found->energy.keV) {
+    throw InputError(std::string(isotope) + " has no transition at " +
+                         short_number(wanted->keV) + " keV",
+                     0,
+                     "the next is " + short_number(found->energy.keV) + " keV");
+  }
+  return *found;
+}
 
 double resonance_cross_section(const Transition& transition) {
   const double E = transition.energy.keV;

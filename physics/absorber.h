@@ -11,12 +11,18 @@
 #define PHYSICS_ABSORBER_H_
 
 #include <optional>
+#include <string_view>
 
 #include "physics/data.h"
 #include "physics/material.h"
 #include "physics/quantities.h"
 
 namespace physics {
+
+// The transition that "57Fe" stands for, or of several of one isotope
+// "155Gd@105.3", the one within 1 % of that energy; without energy the first.
+// Throws InputError.
+const Transition& transition(std::string_view typed);
 
 // Cross-section of the nucleus at the centre of the line, cm2:
 // 2 pi (hbar c / E)^2 (2 Ie + 1) / (2 Ig + 1) / (1 + alpha).

@@ -92,6 +92,8 @@ TEST(Plan, RefusesWhatHasNoAnswer) {
       {"absorber SnO2", "holds no iron (57Fe)"},
       {"absorber Fe 14.4", "the energy is that of the transition"},
       {"absorber Fe --isotope 57Co", "no transition of '57Co' is known"},
+      {"absorber Gd --isotope 155Gd@95 --f 1", "the next is 86.5463 keV"},
+      {"absorber Fe --isotope 57Fe@x", "'x' is not a number"},
       {"absorber Fe --f 1.2", "--f 1.2 is not from 0.001 to 1"},
       {"absorber Fe --background nan", "--background takes a number"},
       {"absorber Fe --lines 3:0:1", "--lines 0 is not from"},

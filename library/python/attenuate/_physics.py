@@ -500,6 +500,8 @@ def absorber(material: MaterialLike, isotope: str = "57Fe", *, f: float,
 
     Args:
         material: that holds the isotope.
+        isotope: "57Fe"; "155Gd@105.3" where an isotope has several
+            transitions.
         f: recoil-free fraction of the absorber, 1e-6 to 1.
         enriched: percent of the element's atoms that are the isotope; without
             it what the formula says (^57Fe), or the natural abundance.
