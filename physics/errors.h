@@ -44,7 +44,8 @@ class FormulaError : public InputError {
 // An energy outside the table of an element.
 class OutsideTable : public std::runtime_error {
  public:
-  // z  atomic number; first, last  the range that the table can answer
+  // z  atomic number, or 0 for no element's; first, last  the range that the
+  //    table can answer
   OutsideTable(int z, Energy energy, Energy first, Energy last);
 
   int z() const { return z_; }

@@ -77,6 +77,8 @@ TEST(Arrays, NothingInTheBeamPassesAll) {
   std::vector<double> values{1.0, 14.4, 20000.0};
   EXPECT_FALSE(nothing.evaluate(values, values, physics::Form::kTransmission));
   EXPECT_EQ(values, (std::vector<double>{1.0, 1.0, 1.0}));
+  EXPECT_STREQ(nothing.outside({std::nextafter(20000.0, 1e9)}).what(),
+               "20000.000000000004 keV is outside the tables, 1 to 20000 keV");
 }
 
 TEST(Arrays, TransmissionHoldsForEveryExponent) {
