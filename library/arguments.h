@@ -12,26 +12,32 @@
 
 #include "library/errors.h"
 #include "library/handles.h"
+#include "physics/formula.h"
 
 namespace library {
 
 // The object behind a handle. This and all others throw Failure.
 template <typename T>
-T& object(T* handle, std::uint64_t kind, const char* name) {
+T& object(T* handle, std::uint64_t kind, const char* name,
+          std::size_t position = 0) {
   const bool aligned = reinterpret_cast<std::uintptr_t>(handle) %
                            alignof(std::remove_const_t<T>) ==
                        0;
   if (handle == nullptr) {
-    throw Failure(ATTENUATE_HANDLE, std::string("the ") + name + " is NULL");
+    throw Failure(ATTENUATE_HANDLE, std::string("the ") + name + " is NULL",
+                  position);
   }
   if (!aligned || handle->kind != kind) {
     throw Failure(ATTENUATE_HANDLE,
-                  std::string("this is no ") + name + ", or was freed");
+                  std::string("this is no ") + name + ", or was freed",
+                  position);
   }
   return *handle;
 }
-inline const attenuate_material& material_of(const attenuate_material* handle) {
-  return object(handle, kMaterial, "material");
+// position  subscript of the layer, for the error
+inline const attenuate_material& material_of(const attenuate_material* handle,
+                                             std::size_t position = 0) {
+  return object(handle, kMaterial, "material", position);
 }
 inline const attenuate_stack& stack_of(const attenuate_stack* handle) {
   return object(handle, kStack, "stack");
@@ -43,8 +49,10 @@ T& receiver(T* pointer) {
   return *pointer;
 }
 
+// Errors quote what is read: only text gets that far.
 inline std::string_view text_of(const char* text) {
   require(text != nullptr, ATTENUATE_ARGUMENT, "the text is NULL");
+  physics::check_text(text);
   return text;
 }
 

@@ -305,7 +305,7 @@ attenuate_status attenuate_stack_new(const attenuate_layer* layers, size_t n,
         throw Failure(ATTENUATE_ARGUMENT,
                       "the areal mass of a layer must be 0 or more", position);
       }
-      const auto& material = material_of(layer.material).material;
+      const auto& material = material_of(layer.material, position).material;
       made->mu_x.add(material, layer.g_cm2);
       made->layers.push_back({material, {layer.g_cm2}});
       ++position;

@@ -1,5 +1,6 @@
 #include "library/errors.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "base/fatal.h"
@@ -27,6 +28,9 @@ attenuate_status report(attenuate_error* error, attenuate_status status,
   error->position = position;
   copy_text(message, error->message, sizeof error->message);
   copy_text(hint, error->hint, sizeof error->hint);
+  // Of all that steers a terminal, a text that is quoted may hold tabs.
+  for (char* text : {error->message, error->hint})
+    std::replace(text, text + std::strlen(text), '\t', ' ');
   return status;
 }
 

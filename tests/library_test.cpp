@@ -204,6 +204,24 @@ TEST_F(Library, ErrorsTellPlaceAndHint) {
   EXPECT_EQ(std::strlen(error_.message), 255U);
   EXPECT_EQ(error_.message[254], '\xa4');
 
+  // Nothing that a terminal obeys, and nothing that is no UTF-8.
+  for (const char* text : {"\xff", "Fe\033[31m", "\xed\xa0\x80"}) {
+    double value = 0;
+    attenuate_absorber absorber;
+    const attenuate_status statuses[] = {
+        attenuate_element(text, &z, &error_),
+        attenuate_source(text, nullptr, nullptr, 0, nullptr, &error_),
+        attenuate_areal_mass(iron_, text, &value, &error_),
+        attenuate_best_absorber(iron_, text, 0.5, 0, 1, 0, &absorber, &error_)};
+    for (const auto status : statuses) EXPECT_EQ(status, ATTENUATE_INPUT);
+    EXPECT_NE(std::strstr(error_.message, "is no text"), nullptr);
+  }
+
+  const attenuate_layer layers[] = {{iron_, 1}, {nullptr, 1}};
+  attenuate_stack* stack = nullptr;
+  ASSERT_EQ(attenuate_stack_new(layers, 2, &stack, &error_), ATTENUATE_HANDLE);
+  EXPECT_EQ(error_.position, 1U);
+
   double keV[] = {14.41, 0.5, kNan};
   ASSERT_EQ(attenuate_mu_rho(iron_, keV, keV, 3, &error_), ATTENUATE_OUTSIDE);
   EXPECT_EQ(error_.position, 1U);
