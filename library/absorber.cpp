@@ -1,7 +1,6 @@
 #include "physics/absorber.h"
 
 #include <cmath>
-#include <limits>
 #include <optional>
 
 #include "library/arguments.h"
@@ -72,8 +71,9 @@ attenuate_status attenuate_counting_time(const attenuate_absorber* absorber,
     const auto times = array(relative, n);
     const physics::Absorber beam{
         {absorber->mu_rho}, absorber->t_per_g_cm2, absorber->background};
-    require(beam.mu_rho.cm2_g > 0 && beam.t_per_g_cm2 > 0 &&
-                beam.background >= 0 && absorber->best > 0,
+    const auto above_0 = [](double x) { return x > 0 && std::isfinite(x); };
+    require(above_0(beam.mu_rho.cm2_g) && above_0(beam.t_per_g_cm2) &&
+                beam.background >= 0 && above_0(absorber->best),
             ATTENUATE_ARGUMENT, "this is no absorber");
     const double best = physics::merit(beam, {absorber->best});
     for (size_t i = 0; i < n; ++i) {

@@ -15,9 +15,10 @@
  * all are done.
  *
  * Arrays of n energies give arrays of n values, which may be the same array.
- * Where an energy is outside the tables or no number, its value is NaN, all the
- * others are computed, the status is ATTENUATE_OUTSIDE, and `error` has the
- * subscript of the first. Nothing is allocated. n may be 0.
+ * Otherwise arrays must not overlap. Where an energy is outside the tables or
+ * no number, its value is NaN, all the others are computed, the status is
+ * ATTENUATE_OUTSIDE, and `error` has the subscript of the first. Nothing is
+ * allocated while all energies are inside. n may be 0, but for a beam.
  *
  * Values of an array are the same bits on every machine, however long the array
  * is and however many threads there are. They differ by less than 1e-13,

@@ -242,6 +242,8 @@ TEST_F(Library, WrongArgumentsAreStatuses) {
   alignas(64) char zeros[256] = {};
   const auto* blank = reinterpret_cast<attenuate_material*>(zeros);
   const auto* odd = reinterpret_cast<attenuate_material*>(zeros + 1);
+  const double inf = std::numeric_limits<double>::infinity();
+  const attenuate_absorber endless{14.4, inf, 0.02, inf, 0, 0.1, 0.1, 0.2};
   const attenuate_layer bad_handle{blank, 1}, bad_mass{iron_, -1},
       nan_mass{iron_, kNan};
   const struct {
@@ -294,6 +296,8 @@ TEST_F(Library, WrongArgumentsAreStatuses) {
       {ATTENUATE_UNKNOWN,
        attenuate_thickness(stack_, 0, 0.999, &keV, nullptr, 1, 0, &value, e),
        "too much"},
+      {ATTENUATE_ARGUMENT,
+       attenuate_counting_time(&endless, &keV, &value, 1, e), "infinite"},
   };
   for (const auto& c : cases) EXPECT_EQ(c.status, c.expected) << c.what;
   EXPECT_EQ(n, 9U) << "nothing is written after a wrong argument";
