@@ -13,10 +13,11 @@ from setuptools.command.build_py import build_py
 
 class BuildWithLibrary(build_py):
     def run(self) -> None:
+        to = pathlib.Path(self.build_lib, "attenuate", "libattenuate.so.1")
+        to.unlink(missing_ok=True)  # of an earlier run
         super().run()
         library = os.environ.get("ATTENUATE_LIBRARY")
         if library:
-            to = pathlib.Path(self.build_lib, "attenuate", "libattenuate.so.1")
             shutil.copyfile(library, to)
 
 
