@@ -81,25 +81,20 @@ def _candidates() -> List[str]:
         return [chosen]
     here = pathlib.Path(__file__).resolve().parent
     found = [here / _NAME]  # beside the module, as pip installs it
-    # Below the prefix that the module is installed in: lib/python3/... .
-    for prefix in (*here.parents[:6], pathlib.Path(sys.prefix)):
-        found += [prefix / _NAME, prefix / "lib" / _NAME]
+    prefixes = [pathlib.Path(sys.prefix)]
+    # PREFIX/lib/python3*/site-packages/attenuate. No other folder above the
+    # module is looked into: anybody may write to /tmp/lib, say.
+    packages = here.parent
+    python = packages.parent
+    if (packages.name in ("dist-packages", "site-packages")
+            and python.name.startswith("python3")
+            and python.parent.name in ("lib", "lib64")):
+        prefixes.insert(0, python.parent.parent)
+    for prefix in prefixes:
+        found += [prefix / "lib" / _NAME, prefix / "lib64" / _NAME]
         found += sorted(prefix.glob("lib/*-linux-gnu*/" + _NAME))
     return [str(path) for path in found if path.exists()] + [_NAME]
 
-
-def _load() -> ctypes.CDLL:
-    tried = _candidates()[0]
-    try:
-        return ctypes.CDLL(tried)
-    except OSError as error:
-        raise ImportError(
-            f"{tried} cannot be loaded ({error}). Install libattenuate "
-            "(cmake --install, or the Debian package), or say where it is in "
-            "the environment variable ATTENUATE_LIBRARY.") from error
-
-
-lib = _load()
 
 _doubles = c_void_p  # addresses: an ndarray's, without a wrapper for each call
 _size = POINTER(c_size_t)
@@ -133,18 +128,31 @@ _SIGNATURES: "dict[str, list[Any]]" = {
     "counting_time": [POINTER(Absorber), _doubles, _doubles, c_size_t, _error],
     "source": [c_char_p, _double, _double, c_size_t, _size, _error],
 }
-_FUNCTIONS: "dict[str, Any]" = {}
-for _name, _arguments in _SIGNATURES.items():
-    _function = getattr(lib, "attenuate_" + _name)
-    _function.argtypes = _arguments
-    _function.restype = c_int
-    _FUNCTIONS[_name] = _function
-for _name in ("version", "tables", "symbol"):
-    getattr(lib, "attenuate_" + _name).restype = c_char_p
-lib.attenuate_symbol.argtypes = [c_int]
-for _name in ("material_free", "stack_free"):
-    getattr(lib, "attenuate_" + _name).argtypes = [c_void_p]
-    getattr(lib, "attenuate_" + _name).restype = None
+
+
+def _load() -> ctypes.CDLL:
+    tried = _candidates()[0]
+    try:
+        library = ctypes.CDLL(tried)
+        for name, arguments in _SIGNATURES.items():
+            getattr(library, "attenuate_" + name).argtypes = arguments
+        for name in ("version", "tables", "symbol"):
+            getattr(library, "attenuate_" + name).restype = c_char_p
+        library.attenuate_symbol.argtypes = [c_int]
+        for name in ("material_free", "stack_free"):
+            getattr(library, "attenuate_" + name).argtypes = [c_void_p]
+            getattr(library, "attenuate_" + name).restype = None
+        return library
+    # The latter of a library that is another one, or older.
+    except (OSError, AttributeError) as error:
+        raise ImportError(
+            f"{tried} cannot be loaded ({error}). Install libattenuate "
+            "(cmake --install, or the Debian package), or say where it is in "
+            "the environment variable ATTENUATE_LIBRARY.") from error
+
+
+lib = _load()
+_FUNCTIONS = {name: getattr(lib, "attenuate_" + name) for name in _SIGNATURES}
 
 
 def encoded(text: str) -> bytes:

@@ -3,6 +3,7 @@
 import concurrent.futures
 import copy
 import gc
+import pathlib
 import pickle
 import subprocess
 import sys
@@ -176,7 +177,27 @@ assert use() - before < 20000, use() - before
     gc.collect()
 
 
-def test_missing_library_is_explained(monkeypatch: pytest.MonkeyPatch) -> None:
-    monkeypatch.setenv("ATTENUATE_LIBRARY", "/nowhere/libattenuate.so.1")
+@pytest.mark.parametrize("name", ["/nowhere/libattenuate.so.1", "libm.so.6"])
+def test_wrong_library_is_explained(name: str,
+                                    monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setenv("ATTENUATE_LIBRARY", name)
     with pytest.raises(ImportError, match="ATTENUATE_LIBRARY"):
         attenuate._library._load()
+
+
+@pytest.mark.parametrize("module, taken", [
+    ("lib/python3.9/site-packages/attenuate", True),
+    ("lib/python3/dist-packages/attenuate", True),
+    ("x/attenuate", False),
+    ("x/python/attenuate", False)])
+def test_library_is_looked_for_below_the_prefix_only(
+        module: str, taken: bool, tmp_path: pathlib.Path,
+        monkeypatch: pytest.MonkeyPatch) -> None:
+    library = tmp_path / "lib" / "libattenuate.so.1"
+    (tmp_path / module).mkdir(parents=True)
+    library.parent.mkdir(exist_ok=True)
+    library.touch()
+    monkeypatch.delenv("ATTENUATE_LIBRARY", raising=False)
+    monkeypatch.setattr(attenuate._library, "__file__",
+                        str(tmp_path / module / "_library.py"))
+    assert (str(library) in attenuate._library._candidates()) == taken
