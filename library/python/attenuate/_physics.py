@@ -365,7 +365,7 @@ def stack(*layers: "tuple[MaterialLike, Optional[ThicknessLike]]") -> Stack:
 
     >>> str(attenuate.stack(("kapton", "50um"), ("Fe", None)).thickness(
     ...     T=0.3, energy=14.41))
-    '18.78... mg/cm2 = 23.8... um'
+    '18.76... mg/cm2 = 23.83... um'
     """
     return Stack(*layers)
 
@@ -401,7 +401,9 @@ class Lines(NamedTuple):
 def source(name: str) -> Lines:
     """Lines of a source, such as "57Co", "241Am", "CuKa".
 
-    >>> kapton.transmission(...); stack.transmission(*attenuate.source("57Co"))
+    >>> foil = attenuate.stack(("Fe", "25um"))
+    >>> print(foil.transmission(*attenuate.source("57Co")))
+    0.70...
     """
     word = _library.encoded(name)
     n = _library.count("source", word, None, None, text=name)

@@ -1,10 +1,12 @@
 """The examples do what they promise, at small size."""
 
+import doctest
 import os
 import pathlib
 import re
 import subprocess
 import sys
+import types
 
 import attenuate
 import pytest
@@ -54,6 +56,13 @@ def test_figure_is_drawn(tmp_path: pathlib.Path) -> None:
     run(sys.executable, EXAMPLES / "transmission.py", figure,
         MPLCONFIGDIR=str(tmp_path))
     assert figure.read_bytes().startswith(b"\x89PNG")
+
+
+@pytest.mark.parametrize("module", [attenuate, attenuate._physics])
+def test_docstrings_are_true(module: types.ModuleType) -> None:
+    result = doctest.testmod(module, extraglobs={"attenuate": attenuate},
+                             optionflags=doctest.ELLIPSIS)
+    assert result.attempted > 0 and result.failed == 0
 
 
 @pytest.mark.parametrize("document", ["README.md", "docs/library-api.md"])
