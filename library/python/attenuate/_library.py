@@ -6,6 +6,7 @@ import ctypes
 import os
 import pathlib
 import sys
+import unicodedata
 from ctypes import POINTER, Structure, byref, c_char, c_char_p, c_double
 from ctypes import c_int, c_size_t, c_void_p
 from typing import Any, List, NoReturn, Optional
@@ -37,7 +38,10 @@ class AttenuateError(ValueError):
     def __str__(self) -> str:
         lines = [self.message]
         if self.text and self.column > 0:
-            lines += ["  " + self.text, "  " + " " * (self.column - 1) + "^"]
+            # Characters that steer a terminal, and halves of surrogate pairs.
+            shown = "".join("?" if unicodedata.category(c) in ("Cc", "Cs") else
+                            c for c in self.text)
+            lines += ["  " + shown, "  " + " " * (self.column - 1) + "^"]
         if self.hint:
             lines.append("hint: " + self.hint)
         return "\n".join(lines)
@@ -162,7 +166,11 @@ def encoded(text: str) -> bytes:
     if "\0" in text:
         raise AttenuateError("a character of code 0 is no text", text,
                              text.index("\0") + 1)
-    return text.encode("utf-8", "surrogateescape")
+    try:
+        return text.encode()
+    except UnicodeEncodeError as error:
+        raise AttenuateError("half a surrogate pair is no text", text,
+                             error.start + 1) from None
 
 
 def _fail(error: Error, text: str) -> NoReturn:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import ctypes
 import html
+import operator
 import weakref
 from typing import Any, Dict, List, NamedTuple, Optional, Sequence, Tuple, Union
 
@@ -28,8 +29,18 @@ def tables() -> str:
     return str(_library.lib.attenuate_tables().decode())
 
 
+def _number(value: Any, what: str) -> float:
+    """One number, which neither a truth value nor a text is."""
+    if isinstance(value, (bool, np.bool_, str, bytes)) or np.ndim(value) > 0:
+        raise TypeError(f"{what} is a number, not {value!r}")
+    return float(value)
+
+
 def _input(values: Energies) -> "npt.NDArray[np.float64]":
     """Contiguous float64, without a copy of what is that already."""
+    if isinstance(values, np.ma.MaskedArray):
+        raise TypeError("a masked array, whose mask would be lost: give its "
+                        "compressed() or filled() values")
     array = np.asarray(values)
     if array.dtype.kind not in "fiu":
         raise TypeError(f"numbers are needed, not {array.dtype}")
@@ -55,7 +66,16 @@ class Thickness(NamedTuple):
         return text if self.cm is None else f"{text} = {self.cm * 1e4:.6g} um"
 
 
-class Material:
+class _Constant:
+    """What can be a key of a dict, and so has attributes that are set once."""
+
+    def __setattr__(self, name: str, value: Any) -> None:
+        if name in self.__dict__:
+            raise AttributeError(f"{name} of a {type(self).__name__} is fixed")
+        super().__setattr__(name, value)
+
+
+class Material(_Constant):
     """What a formula, a name or a mixture stands for; made by material().
 
     A material does not change. Materials of one text and density are equal,
@@ -68,8 +88,10 @@ class Material:
     """
 
     def __init__(self, text: str, density: Optional[float] = None) -> None:
-        if density is not None and not density > 0:
-            raise AttenuateError("a density must be above 0")
+        if density is not None:
+            density = _number(density, "a density")
+            if not density > 0:
+                raise AttenuateError("a density must be above 0")
         self._density = density
         self._handle = _library.handle("material_new", _library.encoded(text),
                                        density or 0.0, text=text)
@@ -156,7 +178,7 @@ class Material:
         if isinstance(thickness, str):
             return _library.number("areal_mass", self._handle,
                                    _library.encoded(thickness), text=thickness)
-        return float(thickness)
+        return _number(thickness, "a thickness without unit")
 
     def transmission(self, thickness: "ThicknessLike",
                      energies: Energies) -> Values:
@@ -228,7 +250,7 @@ def material(text: MaterialLike, density: Optional[float] = None) -> Material:
     return Material(text, density)
 
 
-class Stack:
+class Stack(_Constant):
     """Layers in the order of the beam; made by stack().
 
     One layer may have the thickness None, which thickness() finds.
@@ -240,10 +262,17 @@ class Stack:
 
     def __init__(self, *layers: "tuple[MaterialLike, Optional[ThicknessLike]]"
                  ) -> None:
-        self.materials = tuple(material(m) for m, _ in layers)
-        self.g_cm2 = tuple(
-            None if d is None else m.areal_mass(d)
-            for m, (_, d) in zip(self.materials, layers))
+        read = []
+        for position, (of, thick) in enumerate(layers):
+            try:
+                layer = material(of)
+                read.append((layer, None if thick is None
+                             else layer.areal_mass(thick)))
+            except AttenuateError as error:
+                error.position = position
+                raise
+        self.materials = tuple(m for m, _ in read)
+        self.g_cm2 = tuple(d for _, d in read)
         if self.g_cm2.count(None) > 1:
             raise AttenuateError("only one thickness may be unknown")
         array = (_library.Layer * len(layers))(*(
@@ -286,9 +315,12 @@ class Stack:
             OutsideTable: an energy outside the tables.
             AttenuateError: a layer without thickness; weights that are
                 negative, or all 0.
+            TypeError: by_energy without weights.
         """
         handle = self._complete()
         if weights is None:
+            if by_energy:
+                raise TypeError("by_energy needs weights")
             return _evaluate("transmission", handle, energies)
         keV, shares = _beam(energies, weights)
         return np.float64(_library.number(
@@ -314,19 +346,18 @@ class Stack:
                 transmit less.
             OutsideTable: an energy outside the tables.
         """
-        if layer is None:
-            unknown = None in self.g_cm2
-            layer = (self.g_cm2.index(None) if unknown
-                     else len(self.g_cm2) - 1)
-        elif None in self.g_cm2 and self.g_cm2[layer] is not None:
-            self._complete()
         n = len(self.materials)
-        if not -n <= layer < n:
+        if layer is None:
+            layer = (self.g_cm2.index(None) if None in self.g_cm2 else n - 1)
+        if not -n <= operator.index(layer) < n:
             raise AttenuateError("the stack has no such layer")
+        if self.g_cm2[layer] is not None:
+            self._complete()
         keV, shares = _beam(energy, np.ones_like(_input(energy))
                             if weights is None else weights)
         g_cm2 = _library.number(
-            "thickness", self._handle, layer % n, float(T), keV.ctypes.data,
+            "thickness", self._handle, layer % n,
+            _number(T, "a transmission"), keV.ctypes.data,
             shares.ctypes.data, keV.size, int(by_energy))
         try:
             return Thickness(g_cm2, g_cm2 / self.materials[layer].density)
@@ -414,7 +445,7 @@ def source(name: str) -> Lines:
     return Lines(keV, intensity)
 
 
-class Absorber:
+class Absorber(_Constant):
     """The best Moessbauer absorber of a material; made by absorber().
 
     Attributes:
@@ -430,15 +461,20 @@ class Absorber:
     def __init__(self, material_: MaterialLike, isotope: str, f: float,
                  enriched: Optional[float], line: float, background: float
                  ) -> None:
+        f = _number(f, "a recoil-free fraction")
+        line = _number(line, "the share of a line")
+        background = _number(background, "a background")
+        if enriched is not None:
+            enriched = _number(enriched, "an enrichment")
+            if not enriched > 0:
+                raise AttenuateError("an enrichment must be above 0")
         self._arguments = (material_, isotope, f, enriched, line, background)
         self.material = material(material_)
         self.isotope = isotope
-        if enriched is not None and not enriched > 0:
-            raise AttenuateError("an enrichment must be above 0")
         self._found = _library.Absorber()
         _library.call("best_absorber", self.material._handle,
                       _library.encoded(isotope), f, enriched or 0.0, line,
-                      background, ctypes.byref(self._found))
+                      background, ctypes.byref(self._found), text=isotope)
         self.best: float = self._found.best
         self.thinnest: float = self._found.thinnest
         self.thickest: float = self._found.thickest

@@ -127,7 +127,23 @@ WRONG = [
           "transmission"),
     Wrong(lambda: attenuate.stack(("Fe", 1)).thickness(.5, 14, layer=7),
           ValueError, "no such layer"),
+    Wrong(lambda: attenuate.stack(("Fe", None)).thickness(.5, 14, layer=5),
+          attenuate.AttenuateError, "no such layer"),
     Wrong(lambda: attenuate.stack().thickness(.5, 14), ValueError, "no such"),
+    Wrong(lambda: attenuate.stack(("Fe", 1)).transmission(14, by_energy=True),
+          TypeError, "weights"),
+    Wrong(lambda: attenuate.material("Fe", True), TypeError, "density"),
+    Wrong(lambda: attenuate.material("Fe", "7"), TypeError, "density"),
+    Wrong(lambda: attenuate.material("Fe", np.array([1.5])), TypeError, "dens"),
+    Wrong(lambda: IRON.mu_rho(np.ma.array([14, 15], mask=[0, 1])), TypeError,
+          "mask"),
+    Wrong(lambda: setattr(IRON, "text", "Cu"), AttributeError, "fixed"),
+    Wrong(lambda: attenuate.material("Fe\ud800"), attenuate.AttenuateError,
+          "no text\n  Fe?\n    ^"),
+    Wrong(lambda: attenuate.edges("\udcff"), attenuate.AttenuateError, "text"),
+    Wrong(lambda: attenuate.source("\x1b[31m"), attenuate.AttenuateError,
+          "no text\n  ?[31m\n  ^"),
+    Wrong(lambda: attenuate.absorber("Fe", "57Fe\n", f=1), ValueError, "text"),
     Wrong(lambda: attenuate.source("57C0"), ValueError, "no source"),
     Wrong(lambda: attenuate.edges("Xx"), ValueError, "no element"),
 ]
@@ -139,9 +155,23 @@ def test_errors_say_what_is_wrong(wrong: Wrong) -> None:
         wrong.action()
     assert wrong.shown in str(caught.value)
     if isinstance(caught.value, attenuate.AttenuateError):
+        str(caught.value).encode()
         assert isinstance(caught.value, ValueError)
         again = pickle.loads(pickle.dumps(caught.value))
         assert str(again) == str(caught.value)
+
+
+def test_errors_of_a_stack_tell_the_layer() -> None:
+    for wrong in (("xx)", "1um"), ("Fe", "1")):
+        with pytest.raises(attenuate.AttenuateError) as caught:
+            attenuate.stack(("Fe", "1um"), wrong)
+        assert caught.value.position == 1
+
+
+def test_absorber_chooses_among_transitions() -> None:
+    for isotope, keV in (("155Gd", 86.5), ("155Gd@105.3", 105.3)):
+        found = attenuate.absorber("Gd", isotope, f=0.5)
+        assert found.keV == pytest.approx(keV, abs=.1)
 
 
 def test_objects_travel() -> None:
