@@ -73,7 +73,8 @@ void parse(CLI::App& app, std::span<const std::string_view> arguments) {
     }
     // The parser's "--digits: 1 required INT missing".
     if (message.ends_with(" missing")) {
-      message = message.substr(0, message.find(':')) + " needs a value";
+      message.resize(std::min(message.find(':'), message.size()));
+      message += " needs a value";
     }
     throw physics::InputError(message, 0, "attenuate --help");
   }
