@@ -14,12 +14,6 @@ namespace {
 
 using physics::Energy;
 
-double weight_of(const physics::Line& line, physics::Weighting weighting) {
-  return weighting == physics::Weighting::kEnergy
-             ? line.weight * line.energy.keV
-             : line.weight;
-}
-
 // Adds up what a source transmits, line by line.
 class Sum {
  public:
@@ -27,7 +21,8 @@ class Sum {
 
   void add(const Row& row) {
     if (!row.transmission) return;
-    const double weight = weight_of({*row.energy, row.weight}, weighting_);
+    const double weight =
+        physics::weight_of({*row.energy, row.weight}, weighting_);
     photons_ += row.weight;
     weights_ += weight;
     transmission_ += weight * *row.transmission;

@@ -64,11 +64,14 @@ std::vector<std::string> fractions(const physics::Material& material,
   return lines;
 }
 
+const char* rule_name(physics::Rule rule) {
+  return rule == physics::Rule::kPchip ? "pchip" : "parabola";
+}
+
 std::vector<std::string> basis(const Settings& settings) {
   std::vector<std::string> lines = {
       kProgram, std::string(settings.data->version()),
-      settings.rule == physics::Rule::kPchip ? "rule: pchip"
-                                             : "rule: parabola"};
+      "rule: " + std::string(rule_name(settings.rule))};
   if (settings.by_energy()) lines.emplace_back("weight: energy");
   return lines;
 }

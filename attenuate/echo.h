@@ -27,6 +27,9 @@ std::vector<std::string> fractions(const physics::Material& material,
 inline constexpr char kByEnergy[] =
     "   lines weighted by energy: photons times keV";
 
+// "pchip" or "parabola".
+const char* rule_name(physics::Rule rule);
+
 // What an answer rests on, for the head of tables: program, tables, rule, and
 // how lines are weighted where that is not by photons.
 std::vector<std::string> basis(const Settings& settings);

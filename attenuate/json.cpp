@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "attenuate/columns.h"
+#include "attenuate/echo.h"
 #include "attenuate/writers.h"
 
 namespace attenuate {
@@ -30,10 +31,6 @@ Json fractions(const physics::Material& material, const Settings& settings) {
     json[std::string(element.symbol)] = rounded(part.mass_fraction, settings);
   }
   return json;
-}
-
-const char* rule_name(physics::Rule rule) {
-  return rule == physics::Rule::kPchip ? "pchip" : "parabola";
 }
 
 Json layer(const Question& question, std::size_t i, const Settings& settings) {

@@ -198,7 +198,7 @@ void write_json(const Report& report, const Settings& settings,
   Json json;
   json["program"] = kProgram;
   json["tables"] = settings.data->version();
-  json["rule"] = settings.rule == physics::Rule::kPchip ? "pchip" : "parabola";
+  json["rule"] = rule_name(settings.rule);
   if (settings.by_energy()) json["weighting"] = "energy";
   json["question"] = report.question;
   json["read"] = report.read;

@@ -11,8 +11,8 @@
 namespace library {
 namespace {
 
-// Smaller shares have a best thickness too, but squares of them underflow to a
-// merit of 0 everywhere.
+// Nobody measures a line of a smaller share, and at last its thickness would
+// underflow.
 constexpr double kLeastShare = 1e-6;
 
 void require_share(double value, const char* message) {

@@ -35,17 +35,13 @@ class Curve {
   // Both must outlive the curve.
   constexpr Curve(std::span<const Cubic> pieces,
                   std::span<const std::uint8_t> grid)
-      : pieces_(pieces),
-        grid_(grid),
-        first_cell_(cell(pieces.front().keV)),
-        first_(pieces.front().keV),
-        last_(pieces[pieces.size() - 2].keV) {}
+      : pieces_(pieces), grid_(grid), first_cell_(cell(pieces.front().keV)) {}
 
-  constexpr Energy first() const { return {first_}; }
-  constexpr Energy last() const { return {last_}; }
+  constexpr Energy first() const { return {pieces_.front().keV}; }
+  constexpr Energy last() const { return {pieces_[pieces_.size() - 2].keV}; }
   // Not NaN.
   constexpr bool holds(Energy e) const {
-    return first_ <= e.keV && e.keV <= last_;
+    return first().keV <= e.keV && e.keV <= last().keV;
   }
 
   // The last one is the mere point of the last energy.
@@ -94,7 +90,6 @@ class Curve {
   std::span<const Cubic> pieces_;
   std::span<const std::uint8_t> grid_;
   std::uint64_t first_cell_;
-  double first_, last_;  // keV
 };
 
 // What the monotone cubic goes through.

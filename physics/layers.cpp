@@ -20,16 +20,6 @@ struct Ray {
   double mu_x(double d) const { return before + mu_rho * d; }
 };
 
-double weight_of(const Line& line, Weighting weighting) {
-  const double weight = weighting == Weighting::kEnergy
-                            ? line.weight * line.energy.keV
-                            : line.weight;
-  if (!(weight >= 0.0) || std::isinf(weight)) {
-    throw InputError("the weight of a line is negative or no number", 0);
-  }
-  return weight;
-}
-
 // Relative rounding of sums that should be equal, with a good margin.
 constexpr double kRounding = 1e-12;
 
@@ -119,6 +109,16 @@ double mu_x_without(std::span<const Layer> layers, std::size_t unknown,
 }
 
 }  // namespace
+
+double weight_of(const Line& line, Weighting weighting) {
+  const double weight = weighting == Weighting::kEnergy
+                            ? line.weight * line.energy.keV
+                            : line.weight;
+  if (!(weight >= 0.0) || std::isinf(weight)) {
+    throw InputError("the weight of a line is negative or no number", 0);
+  }
+  return weight;
+}
 
 double mu_x(std::span<const Layer> layers, Energy energy, Rule rule,
             const Data& data) {

@@ -29,6 +29,10 @@ enum class Weighting {
   kEnergy,   // each line by weight times energy
 };
 
+// What a line counts with in a sum.
+// Throws InputError: that is negative or no number.
+double weight_of(const Line& line, Weighting weighting);
+
 // The exponent: the sum of mu/rho times areal mass over the layers.
 // Throws OutsideTable.
 double mu_x(std::span<const Layer> layers, Energy energy,
